@@ -1,0 +1,133 @@
+// What the event callback hands to the user-interface thread: self-contained copies of the library's event data.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "link/ks_types.h"
+#include "link/private_messages.h"
+
+namespace orvc {
+
+// The base of all blocks: owned by exactly one place at a time, first the callback, then the hand-over, then the handler.
+class EventBlock {
+  public:
+    EventBlock(std::uint32_t message, std::uintptr_t wParam) : message_(message), wParam_(wParam) {}
+    virtual ~EventBlock() = default;
+    EventBlock(const EventBlock&) = delete;
+    EventBlock& operator=(const EventBlock&) = delete;
+
+    std::uint32_t message() const { return message_; }
+    std::uintptr_t wParam() const { return wParam_; }
+
+  private:
+    friend class BlockQueue;
+
+    EventBlock* next_ = nullptr;
+    std::uint32_t message_;
+    std::uintptr_t wParam_;
+};
+
+// A block that holds one of the library's fixed-size records.
+template <typename Record>
+class RecordBlock final : public EventBlock {
+  public:
+    RecordBlock(std::uint32_t message, std::uintptr_t wParam, const Record& copied)
+        : EventBlock(message, wParam), record(copied) {}
+    Record record;
+};
+
+using GroupBlock = RecordBlock<KSGroupRecord>;
+using MemberBlock = RecordBlock<KSMac>;  // wParam = group id
+using QueueBlock = RecordBlock<KSQueueRecord>;
+using ServerGroupBlock = RecordBlock<KSServerGroupRecord>;
+using MessageBlock = RecordBlock<KSMessageRecord>;
+
+// The server has stopped: no payload.
+class StopBlock final : public EventBlock {
+  public:
+    StopBlock() : EventBlock(private_message::kServerStop, 0) {}
+};
+
+// Start the timer wParam with this period.
+class TimerBlock final : public EventBlock {
+  public:
+    TimerBlock(std::uintptr_t timer, std::uint32_t milliseconds)
+        : EventBlock(private_message::kStartTimer, timer), period(milliseconds) {}
+    std::uint32_t period;
+};
+
+// A new or re-connected intercom; wParam = socket. `extra` is there when the event carried it.
+class ConnectionBlock final : public EventBlock {
+  public:
+    ConnectionBlock(std::int32_t socket, const KSConnectionInfo& connection)
+        : EventBlock(private_message::kNewIntercom, static_cast<std::uintptr_t>(socket)), info(connection) {}
+    std::int32_t socket() const { return static_cast<std::int32_t>(wParam()); }
+    KSConnectionInfo info;
+    std::optional<KSExtraIntercomInfo> extra;
+};
+
+// A chunk of the file being read; empty = the file is complete.
+class FileDataBlock final : public EventBlock {
+  public:
+    FileDataBlock(const KSGuid& guid, std::string chunk)
+        : EventBlock(private_message::kFileData, 0), file(guid), bytes(std::move(chunk)) {}
+    KSGuid file;
+    std::string bytes;
+};
+
+// One variable notification, name and text included, in a single allocation: an installation sends a million of them.
+class VariableBlock final : public EventBlock {
+  public:
+    // Copies both texts whole. `text` may be null. Throws std::bad_alloc.
+    static std::unique_ptr<VariableBlock> make(const KSVariableNotification& notification);
+    static void operator delete(void* memory) { ::operator delete(memory); }
+
+    // Both zero-terminated; text() is null when the variable has no string value.
+    const char* name() const { return texts(); }
+    const char* text() const { return hasText_ ? texts() + nameLength_ + 1 : nullptr; }
+    std::string_view nameView() const { return {name(), nameLength_}; }
+    std::optional<std::string_view> textView() const {
+        return hasText_ ? std::optional<std::string_view>({text(), textLength_}) : std::nullopt;
+    }
+    std::uint32_t type() const { return type_; }
+    std::uint32_t number() const { return number_; }
+
+  private:
+    VariableBlock(const KSVariableNotification& notification, std::size_t nameLength, std::size_t textLength);
+    const char* texts() const { return reinterpret_cast<const char*>(this + 1); }
+
+    std::uint32_t type_;
+    std::uint32_t number_;
+    std::size_t nameLength_;
+    std::size_t textLength_;
+    bool hasText_;
+};
+
+// A first-in-first-out chain of blocks. Not synchronised; frees what it still holds.
+class BlockQueue {
+  public:
+    BlockQueue() = default;
+    BlockQueue(BlockQueue&& other) noexcept { swap(other); }
+    BlockQueue& operator=(BlockQueue&& other) noexcept {
+        swap(other);
+        return *this;
+    }
+    ~BlockQueue() { clear(); }
+
+    bool isEmpty() const { return head_ == nullptr; }
+    void append(std::unique_ptr<EventBlock> block);
+    void prepend(std::unique_ptr<EventBlock> block);
+    std::unique_ptr<EventBlock> takeFirst();  // null when empty
+    void clear();
+    void swap(BlockQueue& other) noexcept;
+
+  private:
+    EventBlock* head_ = nullptr;
+    EventBlock* tail_ = nullptr;
+};
+
+}  // namespace orvc

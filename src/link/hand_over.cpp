@@ -1,0 +1,124 @@
+#include "link/hand_over.h"
+
+#include <chrono>
+#include <utility>
+
+namespace orvc {
+namespace {
+
+using SteadyClock = std::chrono::steady_clock;
+
+// Blocks delivered between two looks at the clock: a few microseconds' work.
+constexpr int kBlocksPerLook = 16;
+
+std::intptr_t addressOf(const EventBlock& block) {
+    // A server stop carries no block in its message.
+    return block.message() == private_message::kServerStop ? 0 : reinterpret_cast<std::intptr_t>(&block);
+}
+
+}  // namespace
+
+HandOver::HandOver(WindowPoster& poster, Receiver receive) : poster_(poster), receive_(std::move(receive)) {}
+
+void HandOver::put(std::unique_ptr<EventBlock> block) {
+    const std::uint32_t message = block->message();
+    const std::uintptr_t wParam = block->wParam();
+    const std::intptr_t lParam = addressOf(*block);
+    {
+        const std::lock_guard lock(mutex_);
+        if (pending_) {
+            queue_.append(std::move(block));
+            return;
+        }
+        pending_ = true;
+        posted_ = std::move(block);
+    }
+    // Not under the lock: the window may already be draining, and takes the block before its message comes.
+    if (!poster_.post(message, wParam, lParam)) poster_.requestTimer();
+}
+
+bool HandOver::putAndWait(std::unique_ptr<EventBlock> block) {
+    const EventBlock* const mine = block.get();
+    const std::uint32_t message = block->message();
+    const std::uintptr_t wParam = block->wParam();
+    const std::intptr_t lParam = addressOf(*block);
+    std::unique_lock lock(mutex_);
+    if (closed_) return false;
+    pending_ = true;
+    queue_.append(std::move(block));
+    waitingFor_ = mine;
+    while (waitingFor_ == mine && !closed_) {
+        lock.unlock();
+        const bool handled = poster_.send(message, wParam, lParam);
+        lock.lock();
+        // The handler may have run out of its budget before it came to this block; a timer brings it there.
+        const auto pause = std::chrono::milliseconds(handled ? 100 : 10);
+        delivered_.wait_for(lock, pause, [&] { return waitingFor_ != mine || closed_; });
+    }
+    const bool delivered = waitingFor_ != mine;
+    waitingFor_ = nullptr;
+    return delivered;
+}
+
+bool HandOver::drain() {
+    const auto end = SteadyClock::now() + std::chrono::milliseconds(kBudget);
+    for (int count = 0;; ++count) {
+        std::unique_ptr<EventBlock> block = takeNext();
+        if (block == nullptr) return true;
+        deliver(std::move(block));
+        if (count % kBlocksPerLook == kBlocksPerLook - 1 && SteadyClock::now() >= end) return !isPending();
+    }
+}
+
+void HandOver::drainAll() {
+    while (std::unique_ptr<EventBlock> block = takeNext()) deliver(std::move(block));
+}
+
+std::unique_ptr<EventBlock> HandOver::takeNext() {
+    if (!local_.isEmpty()) return local_.takeFirst();
+    const std::lock_guard lock(mutex_);
+    if (posted_ != nullptr) return std::move(posted_);
+    local_.swap(queue_);
+    if (local_.isEmpty()) {
+        pending_ = false;
+        return nullptr;
+    }
+    return local_.takeFirst();
+}
+
+void HandOver::deliver(std::unique_ptr<EventBlock> block) {
+    const EventBlock* const delivered = block.get();
+    const bool mayBeAwaited = block->message() == private_message::kNewIntercom;
+    receive_(std::move(block));
+    if (!mayBeAwaited) return;
+    const std::lock_guard lock(mutex_);
+    if (waitingFor_ == delivered) {
+        waitingFor_ = nullptr;
+        delivered_.notify_all();
+    }
+}
+
+bool HandOver::isPending() const {
+    const std::lock_guard lock(mutex_);
+    return pending_;
+}
+
+void HandOver::close() {
+    const std::lock_guard lock(mutex_);
+    closed_ = true;
+    delivered_.notify_all();
+}
+
+void HandOver::discard() {
+    BlockQueue dropped;
+    std::unique_ptr<EventBlock> first;
+    {
+        const std::lock_guard lock(mutex_);
+        dropped.swap(queue_);
+        first = std::move(posted_);
+        pending_ = false;
+    }
+    local_.clear();
+}
+
+}  // namespace orvc

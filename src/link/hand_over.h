@@ -1,0 +1,84 @@
+// Carries event blocks from the library's thread to the user-interface thread, in order and without loss.
+#pragma once
+
+#include <condition_variable>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+
+#include "link/event_blocks.h"
+
+namespace orvc {
+
+// How the hand-over reaches the main window. Called on the library's thread; tests replace it.
+class WindowPoster {
+  public:
+    virtual ~WindowPoster() = default;
+    // Posts a message; false when the system refuses (its queue is full, the window is gone).
+    virtual bool post(std::uint32_t message, std::uintptr_t wParam, std::intptr_t lParam) = 0;
+    // Sends a message and waits for its handler at most a tenth of a second; false when it was not handled by then.
+    virtual bool send(std::uint32_t message, std::uintptr_t wParam, std::intptr_t lParam) = 0;
+    // Asks for a timer that calls HandOver::drain() soon.
+    virtual void requestTimer() = 0;
+};
+
+// Purpose: an event posts its private message with its block while nothing is pending; while something is, further
+// blocks queue up behind it. Windows holds at most 10,000 posted messages for a window, and a queue of our own is two
+// hundred times as fast.
+//
+// Threads: put() and putAndWait() belong to the library's thread (one caller at a time); close() to any thread; the rest
+// to the user-interface thread.
+// Guarantees: blocks are delivered one by one in the order in which they were put, whatever their kind and whichever
+// way woke the window. Nothing is lost: a refused post leaves its block in the queue and asks for a timer. A private
+// message that another program forges finds no block and does nothing. The destructor frees what was not delivered.
+class HandOver {
+  public:
+    using Receiver = std::function<void(std::unique_ptr<EventBlock>)>;
+
+    // `poster` outlives the hand-over. `receive` is called for each block on the user-interface thread.
+    HandOver(WindowPoster& poster, Receiver receive);
+
+    void put(std::unique_ptr<EventBlock> block);
+
+    // Puts the block and waits until its handler has returned. Returns false when close() came first; the block is then
+    // still delivered or freed like any other.
+    bool putAndWait(std::unique_ptr<EventBlock> block);
+
+    // The handler of every private message, and of the timer that goes on where it stopped: delivers what is pending
+    // for at most kBudget. Returns true when nothing is left; otherwise the caller sees to it that it is called again,
+    // from a timer or when the window is idle, never by a message posted to itself. The message's lParam is not read:
+    // a timer may have delivered its block already, and a forged one is no block.
+    bool drain();
+    // Delivers everything that is pending now.
+    void drainAll();
+
+    bool isPending() const;
+
+    // Ends all waiting, and every later putAndWait() returns at once: the link is being closed.
+    void close();
+    // Frees everything undelivered.
+    void discard();
+
+    // How long one drain may keep the window from its other work, in milliseconds.
+    static constexpr int kBudget = 5;
+
+  private:
+    void deliver(std::unique_ptr<EventBlock> block);
+    std::unique_ptr<EventBlock> takeNext();
+
+    WindowPoster& poster_;
+    Receiver receive_;
+
+    mutable std::mutex mutex_;  // guards everything down to waiting_
+    std::condition_variable delivered_;
+    bool pending_ = false;                // a block was put and the last one is not yet delivered
+    bool closed_ = false;
+    std::unique_ptr<EventBlock> posted_;  // rides in a posted message; before everything in queue_
+    BlockQueue queue_;
+    const EventBlock* waitingFor_ = nullptr;  // the block of a putAndWait() under way
+
+    BlockQueue local_;  // taken from queue_, not yet delivered; user-interface thread only
+};
+
+}  // namespace orvc

@@ -1,0 +1,17 @@
+// GUIDs as texts: keys of Events and Schedules, and names of payload files.
+#pragma once
+
+#include <string>
+
+#include "link/ks_types.h"
+#include "support/tracking_log.h"
+
+namespace orvc {
+
+// The registry form: "{01234567-89AB-CDEF-0123-456789ABCDEF}", 38 characters.
+std::string formatGuid(const KSGuid& guid);
+
+// The GUID that `text` names, in either case of digits. A text that does not scan is logged and gives the null GUID.
+KSGuid makeGUID(const std::string& text, TrackingLog& log);
+
+}  // namespace orvc

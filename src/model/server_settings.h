@@ -1,0 +1,35 @@
+// The server's e-mail settings, and whether they are all there.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "link/server_link.h"
+#include "link/variable_store.h"
+
+namespace orvc {
+
+// Thread: user-interface thread. Registered behind the Events and the Schedules: claims its six names exactly.
+class ServerSettings final : public VariableOwner {
+  public:
+    bool updateVariable(const Variable& variable) override;
+
+    // Complete when the marker has arrived and, if its bit 0 is set, all four texts too; with a text missing, once `now`
+    // is past `graceDeadline` (seconds since 1970 UTC).
+    bool isComplete(std::int64_t now, std::int64_t graceDeadline) const;
+
+    // Writes all values to the server, the marker last.
+    void write(ServerLink& link) const;
+
+    void clear() { *this = ServerSettings(); }
+
+    std::optional<std::string> userName;
+    std::optional<std::string> password;
+    std::optional<std::string> smtpHost;
+    std::optional<std::string> defaultFrom;
+    std::uint32_t smtpPort = 0;
+    std::optional<std::uint32_t> completeBits;  // absent until received
+};
+
+}  // namespace orvc

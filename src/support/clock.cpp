@@ -1,0 +1,41 @@
+#include "support/clock.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <ctime>
+
+#include "support/text.h"
+
+namespace orvc {
+
+std::int64_t SystemClock::now() const { return static_cast<std::int64_t>(std::time(nullptr)); }
+
+std::uint32_t SystemClock::tickCount() const {
+    const auto sinceStart = std::chrono::steady_clock::now().time_since_epoch();
+    return static_cast<std::uint32_t>(std::chrono::duration_cast<std::chrono::milliseconds>(sinceStart).count());
+}
+
+LocalTime SystemClock::toLocal(std::int64_t seconds) const {
+    const auto time = static_cast<std::time_t>(seconds);
+    std::tm parts{};
+#ifdef _WIN32
+    if (localtime_s(&parts, &time) != 0) return {};
+#else
+    if (localtime_r(&time, &parts) == nullptr) return {};
+#endif
+    return {parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday, parts.tm_hour,
+            parts.tm_min,         parts.tm_sec,     parts.tm_wday};
+}
+
+std::string formatDate(const LocalTime& time) {
+    static constexpr std::array kDays{"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
+    static constexpr std::array kMonths{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                        "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+    const auto day = static_cast<std::size_t>(std::clamp(time.weekday, 0, 6));
+    const auto month = static_cast<std::size_t>(std::clamp(time.month, 1, 12) - 1);
+    return formatText("%s %s %2d %02d:%02d:%02d %d", kDays[day], kMonths[month], time.day, time.hour, time.minute,
+                      time.second, time.year);
+}
+
+}  // namespace orvc

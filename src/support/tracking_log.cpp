@@ -1,0 +1,220 @@
+#include "support/tracking_log.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+#include <system_error>
+
+namespace orvc {
+namespace {
+
+constexpr std::size_t kMessageBufferSize = 4096;
+constexpr std::size_t kUncountedBufferSize = 256;
+constexpr std::size_t kChunkSize = 64 * 1024;
+constexpr auto kIdlePause = std::chrono::milliseconds(100);
+constexpr const char* kFileName = "\\ORVCTracking.txt";
+constexpr const char* kFallbackPath = "c:\\ORVCTracking.txt";
+
+// Formats into `buffer`, cut to its size, and returns what was written.
+template <std::size_t N>
+std::string_view formatInto(std::array<char, N>& buffer, const char* format, std::va_list arguments) {
+    const int length = std::vsnprintf(buffer.data(), N, format, arguments);
+    if (length < 0) return {};
+    return {buffer.data(), std::min<std::size_t>(static_cast<std::size_t>(length), N - 1)};
+}
+
+}  // namespace
+
+TrackingLog::TrackingLog(LogSystem& system, const Clock& clock)
+    : system_(system), clock_(clock), lastTick_(clock.tickCount()) {}
+
+TrackingLog::~TrackingLog() { closeDebug(); }
+
+void TrackingLog::log(const char* format, ...) {
+    if (!isTakingLines()) return;
+    std::array<char, kMessageBufferSize> buffer;
+    std::va_list arguments;
+    va_start(arguments, format);
+    const std::string_view message = formatInto(buffer, format, arguments);
+    va_end(arguments);
+    appendLine(true, message);
+}
+
+void TrackingLog::logUncounted(const char* format, ...) {
+    std::array<char, kUncountedBufferSize> buffer;
+    std::va_list arguments;
+    va_start(arguments, format);
+    const std::string_view message = formatInto(buffer, format, arguments);
+    va_end(arguments);
+    appendLine(false, message);
+}
+
+int TrackingLog::queueRaw(std::string_view text) {
+    {
+        const std::lock_guard lock(mutex_);
+        if (fileOpen_) {
+            appendLocked(text);
+            return 1;
+        }
+    }
+    system_.writeToDebugger(std::string(text).c_str());
+    return 0;
+}
+
+void TrackingLog::appendLine(bool counted, std::string_view message) {
+    std::array<char, 32> counter;
+    std::string toDebugger;
+    {
+        const std::lock_guard lock(mutex_);
+        const std::string& stamp = timeStampLocked();
+        std::string_view count;
+        if (counted) {
+            const std::uint32_t tick = clock_.tickCount();
+            const int length = std::snprintf(counter.data(), counter.size(), "(%05d) ", static_cast<int>(tick - lastTick_));
+            lastTick_ = tick;
+            count = {counter.data(), static_cast<std::size_t>(std::max(length, 0))};
+        }
+        if (fileOpen_) {
+            appendLocked(stamp);
+            appendLocked(count);
+            appendLocked(message);
+            appendLocked("\n");
+            return;
+        }
+        toDebugger.append(stamp).append(count).append(message).append("\n");
+    }
+    system_.writeToDebugger(toDebugger.c_str());
+}
+
+void TrackingLog::appendLocked(std::string_view text) {
+    if (queue_.empty() || queue_.back().size() + text.size() > kChunkSize) {
+        queue_.emplace_back();
+        if (spareChunk_.capacity() >= kChunkSize) queue_.back().swap(spareChunk_);
+        queue_.back().reserve(std::max(kChunkSize, text.size()));
+    }
+    std::string& chunk = queue_.back();
+    while (!text.empty()) {
+        const auto* cr = static_cast<const char*>(std::memchr(text.data(), '\r', text.size()));
+        const std::size_t length = cr ? static_cast<std::size_t>(cr - text.data()) : text.size();
+        chunk.append(text.data(), length);
+        text.remove_prefix(std::min(text.size(), length + (cr ? 1 : 0)));
+    }
+}
+
+const std::string& TrackingLog::timeStampLocked() {
+    const std::int64_t now = clock_.now();
+    if (now != stampedSecond_) {
+        const LocalTime t = clock_.toLocal(now);
+        timeStamp_ = formatText("%d/%02d/%02d %d:%02d:%02d ", t.month, t.day, t.year, t.hour, t.minute, t.second);
+        stampedSecond_ = now;
+    }
+    return timeStamp_;
+}
+
+void TrackingLog::OpenCloseDebugFile(bool close, bool force) {
+    if ((!isRecording() && !force) || close) {
+        closeDebug();
+        return;
+    }
+    std::string path = supportFolder_ + kFileName;
+    if (file_) closeDebug();
+    file_ = system_.openForAppending(path);
+    if (!file_) {
+        path = kFallbackPath;
+        file_ = system_.openForAppending(path);
+    }
+    if (!file_ || !startWriter()) {
+        system_.writeToDebugger(formatText("OpenCloseDebugFile: Failed to open file '%s' as debug file", path.c_str()).c_str());
+        return;
+    }
+    queueRaw(userName_.empty() ? "** Starting write before console logon **\n"
+                               : "** Starting write for console user '" + userName_ + "' **\n");
+    if (path == kFallbackPath) log("OpenCloseDebugFile: Could not write to special folder, writing to ROOT");
+}
+
+bool TrackingLog::startWriter() {
+    {
+        const std::lock_guard lock(mutex_);
+        quit_ = false;
+        fileOpen_ = true;
+    }
+    try {
+        writer_ = std::thread([this] { runWriter(); });
+        return true;
+    } catch (const std::system_error&) {
+        // Without a writer no line would ever reach the file: the log goes on as with no file open.
+        closeDebug();
+        return false;
+    }
+}
+
+void TrackingLog::closeDebug() {
+    if (writer_.joinable()) {
+        system_.writeToDebugger("closeDebug(): Signalled debug thread to quit\n");
+        {
+            const std::lock_guard lock(mutex_);
+            quit_ = true;
+        }
+        wake_.notify_all();
+        writer_.join();
+    }
+    const std::lock_guard lock(mutex_);
+    fileOpen_ = false;
+    queue_.clear();
+    file_.reset();
+}
+
+void TrackingLog::clear() {
+    closeDebug();
+    system_.removeFile(supportFolder_ + kFileName);
+    OpenCloseDebugFile(false, false);
+}
+
+void TrackingLog::endStartUp() {
+    OpenCloseDebugFile(true, true);
+    startingUp_ = false;
+    OpenCloseDebugFile(false, false);
+}
+
+void TrackingLog::runWriter() {
+    system_.writeToDebugger("Starting debugThread\n");
+    bool unflushed = false;
+    bool failed = false;
+    std::unique_lock lock(mutex_);
+    while (!failed && !(quit_ && queue_.empty())) {
+        if (!queue_.empty()) {
+            failed = !writeQueued(lock);
+            unflushed = true;
+            continue;
+        }
+        if (unflushed) {
+            // What the file buffers may be refused only now; such a loss is a failed write like any other.
+            lock.unlock();
+            failed = !file_->flush();
+            lock.lock();
+            unflushed = false;
+            continue;
+        }
+        // Lines do not wake the writer: it looks for them ten times a second, so that a caller only appends.
+        wake_.wait_for(lock, kIdlePause, [this] { return quit_; });
+    }
+    lock.unlock();
+    if (failed) system_.writeToDebugger("debugThread: Write to debug tracking file failed - exitting thread\n");
+    system_.writeToDebugger("Ending debugThread\n");
+}
+
+bool TrackingLog::writeQueued(std::unique_lock<std::mutex>& lock) {
+    std::vector<std::string> chunks;
+    chunks.swap(queue_);
+    lock.unlock();
+    const bool written = std::all_of(chunks.begin(), chunks.end(), [this](const std::string& chunk) { return file_->write(chunk); });
+    chunks.back().clear();
+    lock.lock();
+    spareChunk_.swap(chunks.back());
+    return written;
+}
+
+}  // namespace orvc

@@ -1,0 +1,152 @@
+#include "win32/dialog.h"
+
+#include <exception>
+
+#include "support/text.h"
+#include "win32/message_loop.h"
+
+namespace orvc::win32 {
+
+Dialog::~Dialog() { destroy(); }
+
+int Dialog::runModal(HWND owner) {
+    result_.reset();
+    if (!create(owner)) return -1;
+    if (owner != nullptr) EnableWindow(owner, FALSE);
+    ShowWindow(window_, SW_SHOW);
+    runMessageLoop([this] { return result_.has_value() || window_ == nullptr; },
+                   [this](MSG& message) { return onPreview(message) || IsDialogMessageA(window_, &message); });
+    // The owner comes back before the dialog goes, or another program's window would be activated.
+    if (owner != nullptr) EnableWindow(owner, TRUE);
+    destroy();
+    return result_.value_or(-1);
+}
+
+bool Dialog::createModeless(HWND owner) {
+    if (!create(owner)) return false;
+    ShowWindow(window_, SW_SHOW);
+    return true;
+}
+
+void Dialog::destroy() {
+    if (window_ != nullptr) DestroyWindow(window_);
+}
+
+bool Dialog::create(HWND owner) {
+    const DLGTEMPLATE* found = resources_.findDialog(templateId_);
+    return found != nullptr &&
+           CreateDialogIndirectParamA(GetModuleHandleA(nullptr), found, owner, dialogProcedure,
+                                      reinterpret_cast<LPARAM>(this)) != nullptr;
+}
+
+void Dialog::endDialog(int result) {
+    if (!result_) result_ = result;
+    // The loop may be waiting for a message.
+    PostMessageA(window_, WM_NULL, 0, 0);
+}
+
+INT_PTR CALLBACK Dialog::dialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_INITDIALOG) {
+        auto* created = reinterpret_cast<Dialog*>(lParam);
+        created->window_ = window;
+        SetWindowLongPtrA(window, DWLP_USER, lParam);
+    }
+    auto* dialog = reinterpret_cast<Dialog*>(GetWindowLongPtrA(window, DWLP_USER));
+    if (dialog == nullptr) return FALSE;
+    try {
+        return dialog->handle(message, wParam, lParam);
+    } catch (const std::exception& error) {
+        OutputDebugStringA(formatText("Message 0x%x failed: %s\n", message, error.what()).c_str());
+        return FALSE;
+    }
+}
+
+INT_PTR Dialog::handle(UINT message, WPARAM wParam, LPARAM lParam) {
+    std::optional<LRESULT> result;
+    switch (message) {
+        case WM_INITDIALOG:
+            return onInit();
+        case WM_COMMAND:
+            if (onCommand(LOWORD(wParam), HIWORD(wParam))) return TRUE;
+            break;
+        case WM_NOTIFY:
+            result = onNotify(*reinterpret_cast<NMHDR*>(lParam));
+            break;
+        case WM_TIMER:
+            if (onTimer(wParam)) return TRUE;
+            break;
+        case WM_CLOSE:
+            onClose();
+            return TRUE;
+        case WM_NCDESTROY:
+            onDestroy();
+            SetWindowLongPtrA(window_, DWLP_USER, 0);
+            window_ = nullptr;
+            return FALSE;
+        default:
+            break;
+    }
+    if (!result) result = onMessage(message, wParam, lParam);
+    if (!result) return FALSE;
+    SetWindowLongPtrA(window_, DWLP_MSGRESULT, *result);
+    return TRUE;
+}
+
+bool Dialog::onCommand(unsigned id, unsigned) {
+    if (id != IDOK && id != IDCANCEL) return false;
+    endDialog(static_cast<int>(id));
+    return true;
+}
+
+std::optional<LRESULT> Dialog::onNotify(NMHDR&) { return std::nullopt; }
+
+bool Dialog::onTimer(std::uintptr_t) { return false; }
+
+void Dialog::onClose() { onCommand(IDCANCEL, 0); }
+
+std::optional<LRESULT> Dialog::onMessage(UINT, WPARAM, LPARAM) { return std::nullopt; }
+
+std::string Dialog::readText(unsigned id) const {
+    std::string text(static_cast<std::size_t>(GetWindowTextLengthA(control(id))) + 1, '\0');
+    text.resize(static_cast<std::size_t>(GetWindowTextA(control(id), text.data(), static_cast<int>(text.size()))));
+    return text;
+}
+
+void Dialog::showText(unsigned id, const std::string& text) { SetWindowTextA(control(id), text.c_str()); }
+
+void Dialog::centerOn(HWND owner) {
+    RECT around{};
+    RECT own{};
+    const bool onOwner = owner != nullptr && IsWindowVisible(owner) && !IsIconic(owner);
+    GetWindowRect(window_, &own);
+    if (onOwner)
+        GetWindowRect(owner, &around);
+    else
+        SystemParametersInfoA(SPI_GETWORKAREA, 0, &around, 0);
+    const LONG x = (around.left + around.right - (own.right - own.left)) / 2;
+    const LONG y = (around.top + around.bottom - (own.bottom - own.top)) / 2;
+    SetWindowPos(window_, nullptr, x > 0 ? x : 0, y > 0 ? y : 0, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+int Dialog::dpi() const {
+    // GetDpiForWindow is younger than the oldest Windows that the console runs on.
+    using GetDpiForWindowFunction = UINT(WINAPI*)(HWND);
+    static const auto getDpiForWindow = reinterpret_cast<GetDpiForWindowFunction>(
+        GetProcAddress(GetModuleHandleA("user32.dll"), "GetDpiForWindow"));
+    if (getDpiForWindow != nullptr && window_ != nullptr)
+        if (const UINT dpi = getDpiForWindow(window_)) return static_cast<int>(dpi);
+    const HDC screen = GetDC(nullptr);
+    const int dpi = GetDeviceCaps(screen, LOGPIXELSX);
+    ReleaseDC(nullptr, screen);
+    return dpi;
+}
+
+void showMessage(HWND owner, const std::string& text, const std::string& caption) {
+    MessageBoxA(owner, text.c_str(), caption.c_str(), MB_OK);
+}
+
+bool askYesNo(HWND owner, const std::string& text, const std::string& caption) {
+    return MessageBoxA(owner, text.c_str(), caption.c_str(), MB_YESNO | MB_ICONQUESTION) == IDYES;
+}
+
+}  // namespace orvc::win32

@@ -1,0 +1,82 @@
+// The base of every dialog and of the main window.
+#pragma once
+
+#include <windows.h>
+
+#include <optional>
+#include <string>
+
+#include "win32/resources.h"
+
+namespace orvc::win32 {
+
+// Purpose: keeps the object with its window and turns messages into calls of named handlers.
+// Thread: user-interface thread. Lifetime: the object lives on its caller's stack (or in its owner) longer than its
+// window; the destructor destroys a window that is still there.
+// Guarantees: no exception leaves the window procedure; one that a handler throws is shown to the debugger.
+class Dialog {
+  public:
+    virtual ~Dialog();
+    Dialog(const Dialog&) = delete;
+    Dialog& operator=(const Dialog&) = delete;
+
+    // Shows the dialog, disables `owner` and handles messages until endDialog(). Returns its result, or -1 when the
+    // window could not be made.
+    int runModal(HWND owner);
+    // Makes and shows the window and returns; false when it could not be made.
+    bool createModeless(HWND owner);
+    void destroy();
+
+    HWND window() const { return window_; }
+
+  protected:
+    // `resources` outlives the dialog.
+    Dialog(const Resources& resources, unsigned templateId) : resources_(resources), templateId_(templateId) {}
+
+    // Every control is there. Returns true to let Windows focus the first one.
+    virtual bool onInit() { return true; }
+    // A menu item, an accelerator or a control's notification. Returns true when handled.
+    virtual bool onCommand(unsigned id, unsigned notification);
+    // A common control's notification; the value is its result.
+    virtual std::optional<LRESULT> onNotify(NMHDR& header);
+    virtual bool onTimer(std::uintptr_t timer);
+    // The title bar's close box or Alt+F4.
+    virtual void onClose();
+    // Everything else, and what the others did not handle.
+    virtual std::optional<LRESULT> onMessage(UINT message, WPARAM wParam, LPARAM lParam);
+    // The window is going.
+    virtual void onDestroy() {}
+    // Sees a message of this dialog's loop before the dialog keys do.
+    virtual bool onPreview(MSG&) { return false; }
+
+    void endDialog(int result);
+
+    const Resources& resources() const { return resources_; }
+    HWND control(unsigned id) const { return GetDlgItem(window_, static_cast<int>(id)); }
+    std::string readText(unsigned id) const;
+    void showText(unsigned id, const std::string& text);
+    void enable(unsigned id, bool enabled) { EnableWindow(control(id), enabled); }
+    void show(unsigned id, bool shown) { ShowWindow(control(id), shown ? SW_SHOW : SW_HIDE); }
+    void centerOn(HWND owner);
+
+    // Dots per inch of the display that the window is on, and a length at 96 DPI in that display's pixels.
+    int dpi() const;
+    int scale(int pixels) const { return MulDiv(pixels, dpi(), USER_DEFAULT_SCREEN_DPI); }
+
+  private:
+    bool create(HWND owner);
+    INT_PTR handle(UINT message, WPARAM wParam, LPARAM lParam);
+    static INT_PTR CALLBACK dialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+
+    const Resources& resources_;
+    unsigned templateId_;
+    HWND window_ = nullptr;
+    std::optional<int> result_;
+};
+
+// A modal box with an OK button.
+void showMessage(HWND owner, const std::string& text, const std::string& caption);
+// A modal Yes/No box; true for Yes.
+bool askYesNo(HWND owner, const std::string& text, const std::string& caption);
+
+}  // namespace orvc::win32

@@ -1,0 +1,49 @@
+#include "win32/message_loop.h"
+
+#include <utility>
+
+namespace orvc::win32 {
+namespace {
+
+IdleWork& idleWork() {
+    static IdleWork work;
+    return work;
+}
+
+void dispatch(MSG& message) {
+    TranslateMessage(&message);
+    DispatchMessageA(&message);
+}
+
+}  // namespace
+
+void setIdleWork(IdleWork work) { idleWork() = std::move(work); }
+
+void runMessageLoop(const std::function<bool()>& isDone, const MessageFilter& filter) {
+    while (!isDone()) {
+        MSG message;
+        if (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+            if (message.message == WM_QUIT) {
+                PostQuitMessage(static_cast<int>(message.wParam));
+                return;
+            }
+            if (!filter(message)) dispatch(message);
+        } else if (!idleWork() || !idleWork()()) {
+            WaitMessage();
+        }
+    }
+}
+
+void handleWaitingMessages() {
+    MSG message;
+    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+        if (message.message == WM_QUIT) {
+            PostQuitMessage(static_cast<int>(message.wParam));
+            return;
+        }
+        const HWND root = message.hwnd != nullptr ? GetAncestor(message.hwnd, GA_ROOT) : nullptr;
+        if (root == nullptr || !IsDialogMessageA(root, &message)) dispatch(message);
+    }
+}
+
+}  // namespace orvc::win32

@@ -1,0 +1,62 @@
+#include "win32/resources.h"
+
+#include "win32/system_files.h"
+
+namespace orvc::win32 {
+namespace {
+
+HMODULE program() { return GetModuleHandleA(nullptr); }
+
+// The text of an 8-bit view of a table of wide strings. LoadStringA would cut long texts to a buffer.
+std::string loadText(HMODULE module, unsigned id) {
+    const wchar_t* text = nullptr;
+    const int length = LoadStringW(module, id, reinterpret_cast<wchar_t*>(&text), 0);
+    if (length <= 0) return {};
+    std::string narrow(static_cast<std::size_t>(
+                           WideCharToMultiByte(CP_ACP, 0, text, length, nullptr, 0, nullptr, nullptr)),
+                       '\0');
+    WideCharToMultiByte(CP_ACP, 0, text, length, narrow.data(), static_cast<int>(narrow.size()), nullptr, nullptr);
+    return narrow;
+}
+
+const DLGTEMPLATE* findDialogIn(HMODULE module, unsigned id) {
+    const HRSRC found = FindResourceA(module, MAKEINTRESOURCEA(id), reinterpret_cast<LPCSTR>(RT_DIALOG));
+    if (found == nullptr) return nullptr;
+    const HGLOBAL loaded = LoadResource(module, found);
+    return loaded != nullptr ? static_cast<const DLGTEMPLATE*>(LockResource(loaded)) : nullptr;
+}
+
+}  // namespace
+
+bool Resources::loadLanguage(const std::string& fileName) {
+    const std::string path = programFolder() + "\\" + fileName;
+    language_.reset(LoadLibraryExA(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE));
+    return static_cast<bool>(language_);
+}
+
+std::string Resources::text(unsigned id) const {
+    std::string text = language_ ? loadText(language_.get(), id) : std::string();
+    return !text.empty() ? text : loadText(program(), id);
+}
+
+const DLGTEMPLATE* Resources::findDialog(unsigned id) const {
+    const DLGTEMPLATE* found = language_ ? findDialogIn(language_.get(), id) : nullptr;
+    return found != nullptr ? found : findDialogIn(program(), id);
+}
+
+UniqueMenu Resources::loadMenu(unsigned id) const {
+    UniqueMenu menu(language_ ? LoadMenuA(language_.get(), MAKEINTRESOURCEA(id)) : nullptr);
+    if (!menu) menu.reset(LoadMenuA(program(), MAKEINTRESOURCEA(id)));
+    return menu;
+}
+
+HACCEL Resources::loadAccelerators(unsigned id) const {
+    const HACCEL table = language_ ? LoadAcceleratorsA(language_.get(), MAKEINTRESOURCEA(id)) : nullptr;
+    return table != nullptr ? table : LoadAcceleratorsA(program(), MAKEINTRESOURCEA(id));
+}
+
+UniqueIcon Resources::loadIcon(unsigned id, int width) {
+    return UniqueIcon(static_cast<HICON>(LoadImageA(program(), MAKEINTRESOURCEA(id), IMAGE_ICON, width, width, 0)));
+}
+
+}  // namespace orvc::win32

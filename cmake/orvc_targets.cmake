@@ -16,7 +16,8 @@ if(WIN32)
   target_compile_definitions(orvc_options INTERFACE _WIN32_WINNT=0x0601 WINVER=0x0601 WIN32_LEAN_AND_MEAN NOMINMAX STRICT)
   # -Wcast-function-type: GetProcAddress returns one function type for all; -Wold-style-cast: Windows' own macros.
   target_compile_options(orvc_options INTERFACE -Wno-cast-function-type -Wno-old-style-cast -fstack-protector-strong)
-  target_link_options(orvc_options INTERFACE -static -Wl,--nxcompat -Wl,--dynamicbase -Wl,--gc-sections)
+  target_link_options(orvc_options INTERFACE -static -fstack-protector-strong -Wl,--nxcompat -Wl,--dynamicbase
+                                           -Wl,--gc-sections)
   target_compile_options(orvc_options INTERFACE -ffunction-sections -fdata-sections)
   # Programs and the demo server's library lie together, as they are installed.
   set(ORVC_BIN_DIR ${CMAKE_BINARY_DIR}/bin)

@@ -1,0 +1,154 @@
+// The installation as a text and as a file.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+
+#include "demo_server/core/built_in_building.h"
+#include "demo_server/core/installation_file.h"
+#include "demo_server/core/installation_text.h"
+
+namespace orvc::demo {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string everyByte() {
+    std::string bytes;
+    for (int i = 0; i < 256; ++i)
+        bytes += static_cast<char>(i);
+    return bytes;
+}
+
+TEST(InstallationText, KeepsEveryByte) {
+    Installation installation;
+    const std::string awkward[] = {"", " ", " = ", "a = b", "%", "%41", "# no comment", "end", everyByte()};
+    int number = 0;
+    for (const std::string& text : awkward) {
+        installation.users.push_back({text, text, number % 2 == 0});
+        installation.devices.push_back({{2, 0, 0, 0, 0, static_cast<std::uint8_t>(number)}, text});
+        installation.groups.push_back({static_cast<std::uint32_t>(number), text, {{1, 2, 3, 4, 5, 6}}});
+        installation.messages.push_back({text, text});
+        installation.queues.push_back({4294967295, true, 2, number % 2 == 0, text});
+        installation.variables.setString(text, text);
+        installation.variables.setDword("\\ORVS\\" + text + "\\number", 4294967295);
+        installation.variables.createKey("\\ORVS\\" + text);
+        installation.storeFile(numberedGuid(9, static_cast<std::uint32_t>(number++)), text);
+    }
+    const std::string text = formatInstallation(installation);
+    const InstallationParse parse = parseInstallation(text);
+    ASSERT_TRUE(parse.installation) << parse.problem;
+    EXPECT_EQ(formatInstallation(*parse.installation), text);
+    EXPECT_EQ(parse.installation->devices.back().name, everyByte());
+    EXPECT_EQ(parse.installation->users.back().password, everyByte());
+    EXPECT_EQ(*parse.installation->files.at(numberedGuid(9, 8)), everyByte());
+    const VariableTree::Value* value = parse.installation->variables.find(everyByte());
+    ASSERT_TRUE(value);
+    EXPECT_EQ(value->text, everyByte());
+    for (const char byte : text)
+        ASSERT_TRUE(byte == '\n' || (byte >= 0x20 && byte < 0x7F));
+}
+
+TEST(InstallationText, ReadsWhatPeopleEdit) {
+    const InstallationParse parse = parseInstallation(
+        "demo-server-installation 1\r\n\r\n# mine\r\nstring \\ORVS\\Events\\{A}\\EventName = Front = "
+        "door\r\nend\r\nrest\r\n");
+    ASSERT_TRUE(parse.installation) << parse.problem;
+    const VariableTree::Value* name = parse.installation->variables.find("\\ORVS\\Events\\{A}\\EventName");
+    ASSERT_TRUE(name);
+    EXPECT_EQ(name->text, "Front = door");
+}
+
+TEST(InstallationText, RefusesADamagedTextWhole) {
+    const std::string good = formatInstallation(makeBuiltInBuilding(1'700'000'000));
+    ASSERT_TRUE(parseInstallation(good).installation);
+    for (std::size_t length = 0; length + 4 < good.size(); length += 97) {
+        EXPECT_FALSE(parseInstallation(good.substr(0, length)).installation) << "cut at " << length;
+    }
+    const char* badLines[] = {
+        "nonsense",
+        "string",
+        "string \\x",
+        "string \\x = %4",
+        "string \\x = %zz",
+        "dword \\x = ",
+        "dword \\x = -1",
+        "dword \\x = 1 ",
+        "dword \\x = 4294967296",
+        "key %",
+        "device 02 = x",
+        "group x = y",
+        "member 5 = 02:00:00:00:00:01",
+        "user x = 2 y",
+        "user x = ",
+        "queue 1 = x",
+        "queue 1 0 0 0 0 = x",
+        "queue 1 2 0 0 = x",
+        "file {1} = x",
+        "variable \\x = 1",
+        "dword  = x",
+        "file {7C1E9A54-3B60-4F2D-8D17_50A6E4B93C01} = x",
+    };
+    for (const char* line : badLines) {
+        const InstallationParse parse =
+            parseInstallation(std::string("demo-server-installation 1\n").append(line).append("\nend\n"));
+        EXPECT_FALSE(parse.installation) << line;
+        EXPECT_EQ(parse.problem, "line 2 cannot be read");
+    }
+    const InstallationParse twice = parseInstallation("demo-server-installation 1\ngroup 1 = a\ngroup 1 = b\nend\n");
+    EXPECT_FALSE(twice.installation) << "one group id twice";
+}
+
+class InstallationFile : public ::testing::Test {
+  protected:
+    void SetUp() override { fs::create_directories(folder_); }
+    void TearDown() override { fs::remove_all(folder_); }
+
+    void write(const std::string& text) { std::ofstream(path_, std::ios::binary) << text; }
+    std::size_t filesInFolder() const {
+        return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()));
+    }
+
+    const fs::path folder_ = fs::temp_directory_path() / guidText(randomGuid());
+    const fs::path path_ = folder_ / "installation.txt";
+};
+
+TEST_F(InstallationFile, IsNotMissedWhenThereIsNone) {
+    const InstallationLoad load = loadInstallationFile(path_);
+    EXPECT_FALSE(load.installation);
+    EXPECT_EQ(load.problem, "");
+}
+
+TEST_F(InstallationFile, IsReplacedWholeAndLeavesNothingBeside) {
+    const fs::path deeper = folder_ / "made" / "as needed" / "installation.txt";
+    const std::string text = formatInstallation(makeBuiltInBuilding(1'700'000'000));
+    ASSERT_TRUE(saveInstallationFile(deeper, "old"));
+    ASSERT_TRUE(saveInstallationFile(deeper, text));
+    const InstallationLoad load = loadInstallationFile(deeper);
+    ASSERT_TRUE(load.installation) << load.problem;
+    EXPECT_EQ(formatInstallation(*load.installation), text);
+    fs::rename(deeper, path_);
+    fs::remove_all(folder_ / "made");
+    EXPECT_EQ(filesInFolder(), 1u);
+}
+
+TEST_F(InstallationFile, IsSetAsideWhenDamaged) {
+    for (const char* damaged : {"demo-server-installation 1\nstring", "something else"}) {
+        write(damaged);
+        const InstallationLoad load = loadInstallationFile(path_);
+        EXPECT_FALSE(load.installation);
+        EXPECT_NE(load.problem, "");
+        EXPECT_FALSE(fs::exists(path_));
+        std::ifstream bad(path_.string() + ".bad", std::ios::binary);
+        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(bad), {}), damaged);
+    }
+}
+
+TEST_F(InstallationFile, SaysWhenItCannotBeSaved) {
+    fs::create_directories(path_ / "in the way");
+    EXPECT_FALSE(saveInstallationFile(path_, "text"));
+    EXPECT_EQ(filesInFolder(), 1u) << "the unfinished file is gone";
+}
+
+}  // namespace
+}  // namespace orvc::demo

@@ -6,6 +6,15 @@
 #include "win32/message_loop.h"
 
 namespace orvc::win32 {
+namespace {
+
+// Messages whose answer is the dialog procedure's own result.
+bool isAnsweredDirectly(UINT message) {
+    return (message >= WM_CTLCOLORMSGBOX && message <= WM_CTLCOLORSTATIC) || message == WM_QUERYDRAGICON ||
+           message == WM_COMPAREITEM || message == WM_VKEYTOITEM || message == WM_CHARTOITEM;
+}
+
+}  // namespace
 
 Dialog::~Dialog() { destroy(); }
 
@@ -88,6 +97,7 @@ INT_PTR Dialog::handle(UINT message, WPARAM wParam, LPARAM lParam) {
     }
     if (!result) result = onMessage(message, wParam, lParam);
     if (!result) return FALSE;
+    if (isAnsweredDirectly(message)) return static_cast<INT_PTR>(*result);
     SetWindowLongPtrA(window_, DWLP_MSGRESULT, *result);
     return TRUE;
 }

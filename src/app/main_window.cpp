@@ -1,0 +1,466 @@
+#include "app/main_window.h"
+
+#include <shellapi.h>
+
+#include <algorithm>
+
+#include "app/about_dialog.h"
+#include "app/logon_dialog.h"
+#include "resources/resource.h"
+#include "support/text.h"
+#include "win32/collation.h"
+#include "win32/message_loop.h"
+#include "win32/network.h"
+#include "win32/pass_thru_loader.h"
+#include "win32/system_files.h"
+
+namespace orvc {
+namespace {
+
+// While events pour in the list is shown anew this often at most, in milliseconds.
+constexpr std::uint32_t kRefreshPeriod = 100;
+
+// Passes every keystroke on.
+LRESULT CALLBACK keyboardProcedure(int code, WPARAM wParam, LPARAM lParam) {
+    return CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
+}  // namespace
+
+MainWindow::MainWindow(const ConsoleParts& parts)
+    : Dialog(parts.resources, IDD_MAIN),
+      parts_(parts),
+      poster_(timer::kHandOver, timer::kHandOverPeriod),
+      session_(*this, parts.link, poster_, parts.log, parts.clock, parts.settings.values(), win32::makeSortKey),
+      list_(session_.events().rows(), parts.resources, parts.clock),
+      pleaseWait_(parts.resources) {}
+
+MainWindow::~MainWindow() {
+    win32::setIdleWork(nullptr);
+    EventCallback::makeCurrent(nullptr);
+}
+
+void MainWindow::warnAboutScratchFolder(bool ready) {
+    if (ready || scratchWarningShown_) return;
+    scratchWarningShown_ = true;
+    win32::showMessage(window(), parts_.resources.text(IDS_CALL_QUEUE_ERROR),
+                       parts_.resources.text(IDS_CALL_QUEUE_ERROR_CAPTION));
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Start-up
+
+bool MainWindow::onInit() {
+    poster_.setWindow(window());
+    menu_ = parts_.resources.loadMenu(IDR_MAIN_MENU);
+    trayMenu_ = parts_.resources.loadMenu(IDR_TRAY_MENU);
+    accelerators_ = parts_.resources.loadAccelerators(IDR_MAIN_ACCELERATORS);
+    SetMenu(window(), menu_.get());
+    extendSystemMenu();
+    setIcons();
+    parts_.log.log("OnInitDialog: Reading from registry key '%s'", parts_.companyKey.c_str());
+    parts_.log.OpenCloseDebugFile(false, true);
+    parts_.log.log("Orvane Events Console Version %s started", programVersion().c_str());
+    openLink();
+    chooseHelp();
+    list_.attach(control(IDC_EVENT_LIST));
+    installKeyboardHook();
+    parts_.log.toggleRecordEvents();
+    recordEvents();
+    applyTraySetting();
+    if (parts_.link.canStart()) {
+        showTitle({});
+        if (!parts_.link.isConsoleMode()) parts_.log.log("*** Orvane Enterprise Events Application Stand-alone Startup ***");
+    }
+    restoreSize();
+    refreshEventList();
+    RedrawWindow(window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+    onSize(SIZE_RESTORED);
+    win32::setIdleWork([this] { return deliverWhenIdle(); });
+    startTimer(timer::kLogon, timer::kLogonPeriod);
+    startTimer(timer::kIdle, timer::kIdlePeriod);
+    parts_.log.endStartUp();
+    return true;
+}
+
+void MainWindow::extendSystemMenu() {
+    const std::string text = parts_.resources.text(IDS_ABOUT_MENU);
+    const HMENU menu = GetSystemMenu(window(), FALSE);
+    if (menu == nullptr || text.empty()) return;
+    AppendMenuA(menu, MF_SEPARATOR, 0, nullptr);
+    AppendMenuA(menu, MF_STRING, IDM_ABOUT_SYSTEM, text.c_str());
+}
+
+void MainWindow::setIcons() {
+    bigIcon_ = win32::Resources::loadIcon(IDI_MAIN, GetSystemMetrics(SM_CXICON));
+    smallIcon_ = win32::Resources::loadIcon(IDI_MAIN, GetSystemMetrics(SM_CXSMICON));
+    SendMessageA(window(), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(bigIcon_.get()));
+    SendMessageA(window(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(smallIcon_.get()));
+}
+
+void MainWindow::openLink() {
+    if (!win32::loadPassThruLibrary(parts_.link, parts_.log)) return;
+    libraryVersion_ = parts_.link.readVersion().value_or(LibraryVersion{});
+    parts_.log.log("Loaded KSPassThruDll Version %d.%d.%d", static_cast<int>(libraryVersion_.major),
+                   static_cast<int>(libraryVersion_.minor), static_cast<int>(libraryVersion_.build));
+    EventCallback::makeCurrent(&session_.callback());
+    parts_.link.open(EventCallback::receive);
+    const bool consoleMode = parts_.link.isConsoleMode();
+    session_.setConsoleMode(consoleMode);
+    warnAboutScratchFolder(parts_.settings.load(consoleMode ? StartMode::kConsole : StartMode::kStandalone));
+    parts_.log.log("Opened KSPassThruDll with %d flags", static_cast<int>(parts_.link.flags()));
+    parts_.link.enableDebug();
+    libraryVersionText_ = win32::passThruVersionText();
+}
+
+void MainWindow::chooseHelp() {
+    const HelpFile help = chooseHelpFile(parts_.files, parts_.settings.installFolder(), currentLanguages());
+    helpPath_ = help.path;
+    if (help.language)
+        parts_.log.log("Loaded language for 0x%04x", *help.language);
+    else
+        parts_.log.log("Loaded Help from '%s'", helpPath_.c_str());
+}
+
+void MainWindow::installKeyboardHook() {
+    keyboardHook_.reset(SetWindowsHookExA(WH_KEYBOARD, keyboardProcedure, nullptr, GetCurrentThreadId()));
+}
+
+void MainWindow::restoreSize() {
+    const Settings& settings = parts_.settings.values();
+    RECT work{};
+    SystemParametersInfoA(SPI_GETWORKAREA, 0, &work, 0);
+    if (settings.startWidth > 0 && settings.startHeight > 0) {
+        // Never larger than the screen, which may be another one today. WM_GETMINMAXINFO sees to the least size.
+        const int width = std::min<int>(settings.startWidth, work.right - work.left);
+        const int height = std::min<int>(settings.startHeight, work.bottom - work.top);
+        SetWindowPos(window(), nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+    centerOn(nullptr);
+}
+
+void MainWindow::rememberSize() {
+    WINDOWPLACEMENT placement{};
+    placement.length = sizeof placement;
+    if (!GetWindowPlacement(window(), &placement)) return;
+    const RECT& normal = placement.rcNormalPosition;
+    parts_.settings.values().startWidth = normal.right - normal.left;
+    parts_.settings.values().startHeight = normal.bottom - normal.top;
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Messages
+
+bool MainWindow::onCommand(unsigned id, unsigned) {
+    switch (id) {
+        case IDM_LOGOFF:
+            session_.logoff();
+            return true;
+        case IDM_EXIT:
+            exitConsole();
+            return true;
+        case IDM_RECORD_EVENTS:
+            recordEvents();
+            return true;
+        case IDM_CLEAR_FILE:
+            clearFile();
+            return true;
+        case IDM_OPEN_SUPPORT_FOLDER:
+            openSupportFolder();
+            return true;
+        case IDM_DELETE_EVENT:
+            deleteSelectedEvent();
+            return true;
+        case IDM_HELP:
+            openHelp();
+            return true;
+        case IDM_ABOUT:
+            showAbout();
+            return true;
+        case IDM_TRAY_RESTORE:
+            win32::bringToForeground(window());
+            return true;
+        case IDOK:
+            runFromList(IDM_MODIFY_EVENT);
+            return true;
+        default:
+            // Esc is no command of a main window.
+            return id == IDCANCEL;
+    }
+}
+
+std::optional<LRESULT> MainWindow::onNotify(NMHDR& header) {
+    if (header.idFrom != IDC_EVENT_LIST) return std::nullopt;
+    if (header.code == NM_DBLCLK) {
+        const bool hitsRow = reinterpret_cast<NMITEMACTIVATE&>(header).iItem >= 0;
+        runFromList(hitsRow ? IDM_MODIFY_EVENT : IDM_CREATE_EVENT);
+        return 0;
+    }
+    return list_.onNotify(header);
+}
+
+// A command that the list's own gestures stand for: given when the menu offers it.
+void MainWindow::runFromList(unsigned command) {
+    const UINT state = GetMenuState(menu_.get(), command, MF_BYCOMMAND);
+    if (state != static_cast<UINT>(-1) && (state & (MF_GRAYED | MF_DISABLED)) == 0)
+        SendMessageA(window(), WM_COMMAND, command, 0);
+}
+
+bool MainWindow::onTimer(std::uintptr_t timerId) {
+    // Whichever timer it is, undelivered events come first: a post that was refused left no other call.
+    if (timerId == timer::kHandOver || session_.hasUndeliveredEvents()) deliverEvents();
+    if (timerId != timer::kHandOver) session_.onTimer(timerId);
+    // Windows' own handling of the timer follows.
+    return false;
+}
+
+void MainWindow::onClose() { exitConsole(); }
+
+bool MainWindow::onPreview(MSG& message) {
+    return accelerators_ != nullptr && TranslateAcceleratorA(window(), accelerators_, &message) != 0;
+}
+
+std::optional<LRESULT> MainWindow::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    if (private_message::isHandedOver(message)) {
+        deliverEvents();
+        return 0;
+    }
+    switch (message) {
+        case private_message::kTrayIcon:
+            onTrayMessage(lParam);
+            return 0;
+        case WM_SYSCOMMAND:
+            if (wParam != IDM_ABOUT_SYSTEM) return std::nullopt;
+            showAbout();
+            return 0;
+        case WM_SIZE:
+            onSize(wParam);
+            return 0;
+        case WM_GETMINMAXINFO: {
+            if (control(IDC_EVENT_LIST) == nullptr) return std::nullopt;
+            auto& limits = *reinterpret_cast<MINMAXINFO*>(lParam);
+            limits.ptMinTrackSize.x = list_.minimumWidth(dpi()) + GetSystemMetrics(SM_CXVSCROLL) + scale(16);
+            limits.ptMinTrackSize.y = scale(240);
+            return 0;
+        }
+        case WM_PAINT:
+            if (!IsIconic(window())) return std::nullopt;
+            paintIcon();
+            return 0;
+        case WM_QUERYDRAGICON:
+            return reinterpret_cast<LRESULT>(bigIcon_.get());
+        case WM_ENDSESSION:
+            if (wParam == FALSE) return std::nullopt;
+            rememberSize();
+            session_.doShutdown();
+            parts_.settings.save();
+            return 0;
+        case WM_DESTROY:
+            session_.doShutdown();
+            return std::nullopt;
+        default:
+            return std::nullopt;
+    }
+}
+
+void MainWindow::onSize(WPARAM kind) {
+    if (kind == SIZE_MINIMIZED) {
+        if (parts_.settings.values().hideMinimized != 0) ShowWindow(window(), SW_HIDE);
+        return;
+    }
+    RECT client{};
+    GetClientRect(window(), &client);
+    const HWND list = control(IDC_EVENT_LIST);
+    SetWindowPos(list, nullptr, 0, 0, client.right, client.bottom, SWP_NOZORDER | SWP_NOACTIVATE);
+    list_.layOutColumns(dpi());
+}
+
+void MainWindow::paintIcon() {
+    PAINTSTRUCT paint;
+    const HDC context = BeginPaint(window(), &paint);
+    RECT client{};
+    GetClientRect(window(), &client);
+    const int width = GetSystemMetrics(SM_CXICON);
+    const int height = GetSystemMetrics(SM_CYICON);
+    DrawIcon(context, (client.right - width + 1) / 2, (client.bottom - height + 1) / 2, bigIcon_.get());
+    EndPaint(window(), &paint);
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Events from the library
+
+void MainWindow::deliverEvents() {
+    const bool done = session_.deliverEvents();
+    if (done)
+        stopTimer(timer::kHandOver);
+    else
+        startTimer(timer::kHandOver, timer::kHandOverPeriod);
+    showChanges(done);
+}
+
+bool MainWindow::deliverWhenIdle() {
+    if (!session_.hasUndeliveredEvents()) return false;
+    deliverEvents();
+    return session_.hasUndeliveredEvents();
+}
+
+void MainWindow::showChanges(bool isLast) {
+    if (list_.isUpToDate()) return;
+    const std::uint32_t now = parts_.clock.tickCount();
+    if (!isLast && now - lastRefresh_ < kRefreshPeriod) return;
+    lastRefresh_ = now;
+    list_.refresh();
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Commands
+
+void MainWindow::exitConsole() {
+    rememberSize();
+    session_.doShutdown();
+    endDialog(IDOK);
+}
+
+void MainWindow::recordEvents() {
+    parts_.log.toggleRecordEvents();
+    const UINT check = MF_BYCOMMAND | (parts_.log.isRecording() ? MF_CHECKED : MF_UNCHECKED);
+    CheckMenuItem(menu_.get(), IDM_RECORD_EVENTS, check);
+    CheckMenuItem(trayMenu_.get(), IDM_RECORD_EVENTS, check);
+    parts_.log.OpenCloseDebugFile(false, false);
+}
+
+void MainWindow::clearFile() {
+    if (win32::askYesNo(window(), parts_.resources.text(IDS_CLEAR_FILE), parts_.resources.text(IDS_CLEAR_FILE_CAPTION)))
+        parts_.log.clear();
+}
+
+void MainWindow::openSupportFolder() {
+    ShellExecuteA(window(), "open", parts_.log.supportFolder().c_str(), nullptr, nullptr, SW_SHOWNORMAL);
+}
+
+void MainWindow::openHelp() {
+    parts_.log.log("Help File is named '%s'", helpPath_.c_str());
+    ShellExecuteA(window(), "open", helpPath_.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
+}
+
+void MainWindow::showAbout() {
+    const auto line = [this](unsigned id, std::initializer_list<FillValue> values) {
+        return fillIn(parts_.resources.text(id), values);
+    };
+    AboutDialog about(parts_.resources,
+                      {line(IDS_ABOUT_PROGRAM, {programVersion()}),
+                       line(IDS_ABOUT_INTERFACE, {static_cast<long>(libraryVersion_.major),
+                                                  static_cast<long>(libraryVersion_.minor),
+                                                  static_cast<long>(libraryVersion_.build)}),
+                       line(IDS_ABOUT_LIBRARY, {libraryVersionText_})});
+    about.runModal(window());
+}
+
+void MainWindow::deleteSelectedEvent() {
+    const EventRecord* selected = list_.selectedRecord();
+    if (selected == nullptr) return;
+    const std::string key = selected->key;
+    if (!win32::askYesNo(window(), parts_.resources.text(IDS_DELETE_EVENT), parts_.resources.text(IDS_DELETE_EVENT_CAPTION)))
+        return;
+    // While the question was open the Event may have moved or gone.
+    EventRecord* record = session_.events().find(key);
+    if (record == nullptr) record = list_.selectedRecord();
+    if (record == nullptr || record->key != key) return;
+    const EventRows& rows = session_.events().rows();
+    const auto row = rows.rowOf(*record);
+    session_.deleteEvent(*record);
+    const int next = row ? std::min(static_cast<int>(*row), static_cast<int>(rows.size()) - 1) : -1;
+    list_.refresh();
+    list_.select(next);
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Tray icon
+
+void MainWindow::applyTraySetting() {
+    if (parts_.settings.values().hideMinimized != 0)
+        trayIcon_.add(window(), private_message::kTrayIcon, smallIcon_.get(), parts_.resources.text(IDS_TITLE_CONSOLE));
+    else
+        trayIcon_.remove();
+}
+
+void MainWindow::onTrayMessage(LPARAM mouseMessage) {
+    if (mouseMessage == WM_LBUTTONUP) {
+        win32::bringToForeground(window());
+    } else if (mouseMessage == WM_RBUTTONUP) {
+        POINT at{};
+        GetCursorPos(&at);
+        // Without this the menu would stay open when the operator clicks elsewhere.
+        SetForegroundWindow(window());
+        TrackPopupMenu(GetSubMenu(trayMenu_.get(), 0), TPM_RIGHTBUTTON, at.x, at.y, 0, window(), nullptr);
+        PostMessageA(window(), WM_NULL, 0, 0);
+    }
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// SessionHost
+
+void MainWindow::startTimer(std::uintptr_t timerId, std::uint32_t milliseconds) {
+    SetTimer(window(), timerId, milliseconds, nullptr);
+}
+
+void MainWindow::stopTimer(std::uintptr_t timerId) { KillTimer(window(), timerId); }
+
+LogonOutcome MainWindow::runLogonDialog(const LogonEntry& entry) {
+    modalDialogOpen_ = true;
+    LogonDialog dialog(parts_.resources, parts_.link, parts_.log, entry);
+    LogonOutcome outcome = dialog.run(window());
+    modalDialogOpen_ = false;
+    SetFocus(control(IDC_EVENT_LIST));
+    return outcome;
+}
+
+void MainWindow::showTitle(const std::string& logonId) {
+    const unsigned plain = parts_.link.isConsoleMode() ? IDS_TITLE_CONSOLE : IDS_TITLE_STANDALONE;
+    const std::string title = logonId.empty() ? parts_.resources.text(plain)
+                                              : fillIn(parts_.resources.text(IDS_TITLE_LOGGED_ON), {logonId});
+    SetWindowTextA(window(), title.c_str());
+}
+
+void MainWindow::refreshEventList() { list_.refresh(); }
+
+void MainWindow::openPleaseWait() {
+    if (pleaseWait_.window() == nullptr) pleaseWait_.createModeless(window());
+    UpdateWindow(pleaseWait_.window());
+}
+
+void MainWindow::closePleaseWait() { pleaseWait_.destroy(); }
+
+void MainWindow::endMainWindow() {
+    rememberSize();
+    endDialog(IDCANCEL);
+}
+
+void MainWindow::removeKeyboardHook() { keyboardHook_.reset(); }
+
+void MainWindow::removeTrayIcon() { trayIcon_.remove(); }
+
+void MainWindow::pause(std::uint32_t milliseconds) {
+    const std::uint32_t start = parts_.clock.tickCount();
+    for (std::uint32_t passed = 0; passed < milliseconds; passed = parts_.clock.tickCount() - start) {
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, milliseconds - passed, QS_PAINT | QS_POSTMESSAGE | QS_SENDMESSAGE);
+        MSG message;
+        while (PeekMessageA(&message, nullptr, WM_PAINT, WM_PAINT, PM_REMOVE) ||
+               PeekMessageA(&message, window(), private_message::kNewIntercom, private_message::kStartTimer, PM_REMOVE))
+            DispatchMessageA(&message);
+        if (session_.hasUndeliveredEvents()) deliverEvents();
+    }
+}
+
+void MainWindow::handleMessagesAndSleep(std::uint32_t milliseconds) {
+    win32::handleWaitingMessages();
+    if (session_.hasUndeliveredEvents()) deliverEvents();
+    // A message ends the sleep, so that the window answers at once.
+    if (!session_.hasUndeliveredEvents()) MsgWaitForMultipleObjects(0, nullptr, FALSE, milliseconds, QS_ALLINPUT);
+}
+
+std::string MainWindow::findAdapterName(const std::string& serverAddress) { return win32::findAdapterName(serverAddress); }
+
+std::string MainWindow::programVersion() { return win32::fileVersionText(win32::programPath()); }
+
+}  // namespace orvc

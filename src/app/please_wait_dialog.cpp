@@ -1,0 +1,22 @@
+#include "app/please_wait_dialog.h"
+
+#include <commctrl.h>
+
+#include "resources/resource.h"
+
+namespace orvc {
+namespace {
+
+constexpr LPARAM kMarqueeStep = 30;  // milliseconds
+
+}  // namespace
+
+PleaseWaitDialog::PleaseWaitDialog(const win32::Resources& resources) : Dialog(resources, IDD_PLEASE_WAIT) {}
+
+bool PleaseWaitDialog::onInit() {
+    SendMessageA(control(IDC_WAIT_PROGRESS), PBM_SETMARQUEE, TRUE, kMarqueeStep);
+    centerOn(GetParent(window()));
+    return false;
+}
+
+}  // namespace orvc

@@ -1,0 +1,31 @@
+// The console's icon in the notification area.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+namespace orvc::win32 {
+
+// Thread: user-interface thread. The destructor takes the icon away.
+class TrayIcon {
+  public:
+    TrayIcon() = default;
+    ~TrayIcon() { remove(); }
+    TrayIcon(const TrayIcon&) = delete;
+    TrayIcon& operator=(const TrayIcon&) = delete;
+
+    // The shell tells `window` of the mouse with `message` (lParam = mouse message). `icon` outlives this.
+    void add(HWND window, UINT message, HICON icon, const std::string& tip);
+    void remove();
+    bool isShown() const { return window_ != nullptr; }
+
+  private:
+    HWND window_ = nullptr;
+    UINT id_ = 0;
+};
+
+// Brings a window to the foreground from wherever it is, also when another program's window is active.
+void bringToForeground(HWND window);
+
+}  // namespace orvc::win32

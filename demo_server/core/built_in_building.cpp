@@ -51,12 +51,12 @@ constexpr const char* kStationNames[] = {
     "Roof access",      "Security desk",  "Night desk",     "",
 };
 
-struct GroupSpec {
+struct GroupPlan {
     const char* key;
     std::vector<std::uint8_t> members;
 };
 
-std::vector<GroupSpec> groupSpecs() {
+std::vector<GroupPlan> groupPlans() {
     return {
         {"All doors", {kMainEntrance, kDeliveryGate, kStaffEntrance, kRoof}},
         {"Lifts", {kLiftA, kLiftB}},
@@ -95,9 +95,9 @@ void addDirectory(Installation& installation) {
         installation.devices.push_back({mac(static_cast<std::uint8_t>(i + 1)), kStationNames[i]});
     }
     std::uint32_t id = 1;
-    for (const GroupSpec& spec : groupSpecs()) {
-        Group group{id++, spec.key, {}};
-        for (const std::uint8_t member : spec.members)
+    for (const GroupPlan& plan : groupPlans()) {
+        Group group{id++, plan.key, {}};
+        for (const std::uint8_t member : plan.members)
             group.members.push_back(mac(member));
         installation.groups.push_back(std::move(group));
     }

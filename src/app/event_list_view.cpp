@@ -129,7 +129,8 @@ int EventListView::findByPrefix(const NMLVFINDITEMA& request) const {
         const std::size_t row = (static_cast<std::size_t>(std::max(request.iStart, 0)) + i) % rows_.size();
         const std::string& name = rows_.at(row).name.value_or(std::string());
         if (name.size() >= static_cast<std::size_t>(length) &&
-            CompareStringA(LOCALE_USER_DEFAULT, NORM_IGNORECASE, name.c_str(), length, request.lvfi.psz, length) == CSTR_EQUAL)
+            CompareStringA(LOCALE_USER_DEFAULT, NORM_IGNORECASE, name.c_str(), length, request.lvfi.psz, length) ==
+                CSTR_EQUAL)
             return static_cast<int>(row);
     }
     return -1;
@@ -138,8 +139,8 @@ int EventListView::findByPrefix(const NMLVFINDITEMA& request) const {
 int EventListView::minimumWidth(int dpi) const {
     int width = 0;
     for (const ColumnLayout& column : kColumns) {
-        const auto title = static_cast<int>(SendMessageA(list_, LVM_GETSTRINGWIDTHA, 0,
-                                                         reinterpret_cast<LPARAM>(strings_.text(column.title).c_str())));
+        const auto title = static_cast<int>(
+            SendMessageA(list_, LVM_GETSTRINGWIDTHA, 0, reinterpret_cast<LPARAM>(strings_.text(column.title).c_str())));
         // The widest share needs its title to fit: what the whole must be for it.
         width = std::max(width, (title + MulDiv(kTitlePadding, dpi, USER_DEFAULT_SCREEN_DPI)) * 100 / column.share);
     }

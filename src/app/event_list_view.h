@@ -16,9 +16,9 @@
 
 namespace orvc {
 
-// Purpose: shows EventRows in a virtual list control: the control asks for the texts of the rows that it paints, so rows
-// cost nothing until they are seen.
-// Thread: user-interface thread. Lifetime: what attach() takes outlives the view's use.
+// Purpose: shows EventRows in a virtual list control: the control asks for the texts of the rows that it paints, so
+// rows cost nothing until they are seen. Thread: user-interface thread. Lifetime: what attach() takes outlives the
+// view's use.
 class EventListView {
   public:
     EventListView(const EventRows& rows, const StringTable& strings, const Clock& clock);

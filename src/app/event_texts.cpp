@@ -18,7 +18,8 @@ unsigned responseText(OptionalDword code) {
 
 }  // namespace
 
-std::string eventCellText(const EventRecord& record, EventColumn column, const StringTable& strings, const Clock& clock) {
+std::string eventCellText(const EventRecord& record, EventColumn column, const StringTable& strings,
+                          const Clock& clock) {
     switch (column) {
         case EventColumn::kName:
             return record.name.value_or(std::string());

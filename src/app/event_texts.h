@@ -13,6 +13,7 @@ enum class EventColumn { kName, kStatus, kLastEvent, kResponse };
 inline constexpr int kEventColumnCount = 4;
 
 // The text of one cell. Thread: user-interface thread.
-std::string eventCellText(const EventRecord& record, EventColumn column, const StringTable& strings, const Clock& clock);
+std::string eventCellText(const EventRecord& record, EventColumn column, const StringTable& strings,
+                          const Clock& clock);
 
 }  // namespace orvc

@@ -79,7 +79,8 @@ bool LogonDialog::onTimer(std::uintptr_t timer) {
 
 void LogonDialog::showOptions(bool shown) {
     optionsShown_ = shown;
-    for (const unsigned id : kOptionControls) show(id, shown);
+    for (const unsigned id : kOptionControls)
+        show(id, shown);
     showText(IDC_LOGON_OPTIONS, resources().text(shown ? IDS_OPTIONS_HIDE : IDS_OPTIONS_SHOW));
     // At least as large as the controls need: fonts and languages differ.
     RECT last{};
@@ -102,23 +103,30 @@ LogonEntry LogonDialog::readEntry() {
     return entry_;
 }
 
-void LogonDialog::setTitle(const std::string& title) { SetWindowTextA(window(), title.c_str()); }
+void LogonDialog::setTitle(const std::string& title) {
+    SetWindowTextA(window(), title.c_str());
+}
 
 void LogonDialog::enableControls(bool enabled) {
     // A disabled control must not keep the focus, or the keyboard would reach nothing.
     if (!enabled) SetFocus(control(IDCANCEL));
-    for (const unsigned id : kDisabledWhileBusy) enable(id, enabled);
+    for (const unsigned id : kDisabledWhileBusy)
+        enable(id, enabled);
     if (enabled) SendMessageA(window(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(control(IDC_LOGON_ID)), TRUE);
 }
 
-void LogonDialog::startCountdownTimer() { SetTimer(window(), kCountdownTimer, kCountdownPeriod, nullptr); }
+void LogonDialog::startCountdownTimer() {
+    SetTimer(window(), kCountdownTimer, kCountdownPeriod, nullptr);
+}
 
 void LogonDialog::stopTimers() {
     KillTimer(window(), kCountdownTimer);
     KillTimer(window(), kUnusedTimer);
 }
 
-void LogonDialog::handleWaitingMessages() { win32::handleWaitingMessages(); }
+void LogonDialog::handleWaitingMessages() {
+    win32::handleWaitingMessages();
+}
 
 void LogonDialog::showError(const std::string& text) {
     win32::showMessage(window(), text, resources().text(IDS_ERROR_CAPTION));

@@ -17,7 +17,9 @@ std::uint16_t toNetworkOrder(std::uint16_t number) {
     return ordered;
 }
 
-bool mayRetry(std::int32_t code) { return code == logon_result::kTimedOut || code == logon_result::kServerNotFound; }
+bool mayRetry(std::int32_t code) {
+    return code == logon_result::kTimedOut || code == logon_result::kServerNotFound;
+}
 
 }  // namespace
 

@@ -2,4 +2,6 @@
 
 #include "app/application.h"
 
-int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) { return orvc::runConsole(); }
+int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
+    return orvc::runConsole();
+}

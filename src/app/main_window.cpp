@@ -70,7 +70,8 @@ bool MainWindow::onInit() {
     applyTraySetting();
     if (parts_.link.canStart()) {
         showTitle({});
-        if (!parts_.link.isConsoleMode()) parts_.log.log("*** Orvane Enterprise Events Application Stand-alone Startup ***");
+        if (!parts_.link.isConsoleMode())
+            parts_.log.log("*** Orvane Enterprise Events Application Stand-alone Startup ***");
     }
     restoreSize();
     refreshEventList();
@@ -214,7 +215,9 @@ bool MainWindow::onTimer(std::uintptr_t timerId) {
     return false;
 }
 
-void MainWindow::onClose() { exitConsole(); }
+void MainWindow::onClose() {
+    exitConsole();
+}
 
 bool MainWindow::onPreview(MSG& message) {
     return accelerators_ != nullptr && TranslateAcceleratorA(window(), accelerators_, &message) != 0;
@@ -347,12 +350,11 @@ void MainWindow::showAbout() {
     const auto line = [this](unsigned id, std::initializer_list<FillValue> values) {
         return fillIn(parts_.resources.text(id), values);
     };
-    AboutDialog about(parts_.resources,
-                      {line(IDS_ABOUT_PROGRAM, {programVersion()}),
-                       line(IDS_ABOUT_INTERFACE, {static_cast<long>(libraryVersion_.major),
-                                                  static_cast<long>(libraryVersion_.minor),
-                                                  static_cast<long>(libraryVersion_.build)}),
-                       line(IDS_ABOUT_LIBRARY, {libraryVersionText_})});
+    AboutDialog about(parts_.resources, {line(IDS_ABOUT_PROGRAM, {programVersion()}),
+                                         line(IDS_ABOUT_INTERFACE, {static_cast<long>(libraryVersion_.major),
+                                                                    static_cast<long>(libraryVersion_.minor),
+                                                                    static_cast<long>(libraryVersion_.build)}),
+                                         line(IDS_ABOUT_LIBRARY, {libraryVersionText_})});
     about.runModal(window());
 }
 
@@ -360,7 +362,8 @@ void MainWindow::deleteSelectedEvent() {
     const EventRecord* selected = list_.selectedRecord();
     if (selected == nullptr) return;
     const std::string key = selected->key;
-    if (!win32::askYesNo(window(), parts_.resources.text(IDS_DELETE_EVENT), parts_.resources.text(IDS_DELETE_EVENT_CAPTION)))
+    if (!win32::askYesNo(window(), parts_.resources.text(IDS_DELETE_EVENT),
+                         parts_.resources.text(IDS_DELETE_EVENT_CAPTION)))
         return;
     // While the question was open the Event may have moved or gone.
     EventRecord* record = session_.events().find(key);
@@ -404,7 +407,9 @@ void MainWindow::startTimer(std::uintptr_t timerId, std::uint32_t milliseconds) 
     SetTimer(window(), timerId, milliseconds, nullptr);
 }
 
-void MainWindow::stopTimer(std::uintptr_t timerId) { KillTimer(window(), timerId); }
+void MainWindow::stopTimer(std::uintptr_t timerId) {
+    KillTimer(window(), timerId);
+}
 
 LogonOutcome MainWindow::runLogonDialog(const LogonEntry& entry) {
     modalDialogOpen_ = true;
@@ -417,28 +422,36 @@ LogonOutcome MainWindow::runLogonDialog(const LogonEntry& entry) {
 
 void MainWindow::showTitle(const std::string& logonId) {
     const unsigned plain = parts_.link.isConsoleMode() ? IDS_TITLE_CONSOLE : IDS_TITLE_STANDALONE;
-    const std::string title = logonId.empty() ? parts_.resources.text(plain)
-                                              : fillIn(parts_.resources.text(IDS_TITLE_LOGGED_ON), {logonId});
+    const std::string title =
+        logonId.empty() ? parts_.resources.text(plain) : fillIn(parts_.resources.text(IDS_TITLE_LOGGED_ON), {logonId});
     SetWindowTextA(window(), title.c_str());
 }
 
-void MainWindow::refreshEventList() { list_.refresh(); }
+void MainWindow::refreshEventList() {
+    list_.refresh();
+}
 
 void MainWindow::openPleaseWait() {
     if (pleaseWait_.window() == nullptr) pleaseWait_.createModeless(window());
     UpdateWindow(pleaseWait_.window());
 }
 
-void MainWindow::closePleaseWait() { pleaseWait_.destroy(); }
+void MainWindow::closePleaseWait() {
+    pleaseWait_.destroy();
+}
 
 void MainWindow::endMainWindow() {
     rememberSize();
     endDialog(IDCANCEL);
 }
 
-void MainWindow::removeKeyboardHook() { keyboardHook_.reset(); }
+void MainWindow::removeKeyboardHook() {
+    keyboardHook_.reset();
+}
 
-void MainWindow::removeTrayIcon() { trayIcon_.remove(); }
+void MainWindow::removeTrayIcon() {
+    trayIcon_.remove();
+}
 
 void MainWindow::pause(std::uint32_t milliseconds) {
     const std::uint32_t start = parts_.clock.tickCount();
@@ -459,8 +472,12 @@ void MainWindow::handleMessagesAndSleep(std::uint32_t milliseconds) {
     if (!session_.hasUndeliveredEvents()) MsgWaitForMultipleObjects(0, nullptr, FALSE, milliseconds, QS_ALLINPUT);
 }
 
-std::string MainWindow::findAdapterName(const std::string& serverAddress) { return win32::findAdapterName(serverAddress); }
+std::string MainWindow::findAdapterName(const std::string& serverAddress) {
+    return win32::findAdapterName(serverAddress);
+}
 
-std::string MainWindow::programVersion() { return win32::fileVersionText(win32::programPath()); }
+std::string MainWindow::programVersion() {
+    return win32::fileVersionText(win32::programPath());
+}
 
 }  // namespace orvc

@@ -12,7 +12,8 @@
 
 namespace orvc {
 
-// The base of all blocks: owned by exactly one place at a time, first the callback, then the hand-over, then the handler.
+// The base of all blocks: owned by exactly one place at a time, first the callback, then the hand-over, then the
+// handler.
 class EventBlock {
   public:
     EventBlock(std::uint32_t message, std::uintptr_t wParam) : message_(message), wParam_(wParam) {}

@@ -11,10 +11,11 @@ std::atomic<EventCallback*> EventCallback::current_{nullptr};
 EventCallback::EventCallback(HandOver& handOver, TrackingLog& log, const Clock& clock, const EventTimers& timers)
     : handOver_(handOver), log_(log), clock_(clock), timers_(timers) {}
 
-void EventCallback::makeCurrent(EventCallback* callback) { current_ = callback; }
+void EventCallback::makeCurrent(EventCallback* callback) {
+    current_ = callback;
+}
 
-void KS_CALL EventCallback::receive(std::uint32_t code, std::int32_t number, const void* connection,
-                                    const void* data) {
+void KS_CALL EventCallback::receive(std::uint32_t code, std::int32_t number, const void* connection, const void* data) {
     EventCallback* const callback = current_;
     if (callback == nullptr) return;
     try {
@@ -92,14 +93,31 @@ void EventCallback::onEvent(std::uint32_t code, std::int32_t number, const void*
             log_.log("Console settings update is available");
             return;
         case event_code::kVariable:
-            if (data != nullptr)
-                handOver_.put(VariableBlock::make(*static_cast<const KSVariableNotification*>(data)));
+            if (data != nullptr) handOver_.put(VariableBlock::make(*static_cast<const KSVariableNotification*>(data)));
             return;
         case event_code::kFileData:
             onFileData(data);
             return;
-        case 2: case 4: case 6: case 7: case 8: case 10: case 12: case 13: case 14: case 16: case 17: case 20:
-        case 21: case 22: case 23: case 24: case 40: case 41: case 50: case 82:
+        case 2:
+        case 4:
+        case 6:
+        case 7:
+        case 8:
+        case 10:
+        case 12:
+        case 13:
+        case 14:
+        case 16:
+        case 17:
+        case 20:
+        case 21:
+        case 22:
+        case 23:
+        case 24:
+        case 40:
+        case 41:
+        case 50:
+        case 82:
             return;  // known, and of no interest to this console
         default:
             log_.log("Unserviced Event %u called back", code);

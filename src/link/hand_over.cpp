@@ -71,7 +71,8 @@ bool HandOver::drain() {
 }
 
 void HandOver::drainAll() {
-    while (std::unique_ptr<EventBlock> block = takeNext()) deliver(std::move(block));
+    while (std::unique_ptr<EventBlock> block = takeNext())
+        deliver(std::move(block));
 }
 
 std::unique_ptr<EventBlock> HandOver::takeNext() {

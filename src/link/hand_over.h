@@ -27,11 +27,11 @@ class WindowPoster {
 // blocks queue up behind it. Windows holds at most 10,000 posted messages for a window, and a queue of our own is two
 // hundred times as fast.
 //
-// Threads: put() and putAndWait() belong to the library's thread (one caller at a time); close() to any thread; the rest
-// to the user-interface thread.
-// Guarantees: blocks are delivered one by one in the order in which they were put, whatever their kind and whichever
-// way woke the window. Nothing is lost: a refused post leaves its block in the queue and asks for a timer. A private
-// message that another program forges finds no block and does nothing. The destructor frees what was not delivered.
+// Threads: put() and putAndWait() belong to the library's thread (one caller at a time); close() to any thread; the
+// rest to the user-interface thread. Guarantees: blocks are delivered one by one in the order in which they were put,
+// whatever their kind and whichever way woke the window. Nothing is lost: a refused post leaves its block in the queue
+// and asks for a timer. A private message that another program forges finds no block and does nothing. The destructor
+// frees what was not delivered.
 class HandOver {
   public:
     using Receiver = std::function<void(std::unique_ptr<EventBlock>)>;
@@ -72,7 +72,7 @@ class HandOver {
 
     mutable std::mutex mutex_;  // guards everything down to waiting_
     std::condition_variable delivered_;
-    bool pending_ = false;                // a block was put and the last one is not yet delivered
+    bool pending_ = false;  // a block was put and the last one is not yet delivered
     bool closed_ = false;
     std::unique_ptr<EventBlock> posted_;  // rides in a posted message; before everything in queue_
     BlockQueue queue_;

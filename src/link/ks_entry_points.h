@@ -1,8 +1,8 @@
 // The 50 entry points of KSPassThru.dll, in binding order, in one list.
 //
 // From this list come the console's function table and its binder (ks_library.h) and the demo server's exports, so a
-// prototype changes in one place. Each returns a signed 32-bit result, 0 for success. The names are exported undecorated.
-// Entries with an empty parameter list are bound and never called; their shape is the maker's own.
+// prototype changes in one place. Each returns a signed 32-bit result, 0 for success. The names are exported
+// undecorated. Entries with an empty parameter list are bound and never called; their shape is the maker's own.
 #pragma once
 
 #include <cstdint>

@@ -4,7 +4,7 @@ namespace orvc {
 
 bool bindEntryPoints(KSLibrary& library, const EntryPointLookup& lookUp) {
     bool complete = true;
-#define ORVC_BIND(name, parameters)                                                 \
+#define ORVC_BIND(name, parameters)                                            \
     library.name = reinterpret_cast<KSLibrary::name##Function>(lookUp(#name)); \
     complete = complete && library.name != nullptr;
     ORVC_KS_ENTRY_POINTS(ORVC_BIND)

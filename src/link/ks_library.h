@@ -9,7 +9,7 @@ namespace orvc {
 
 // One pointer per entry point, named like it; null where the library lacks the name.
 struct KSLibrary {
-#define ORVC_DECLARE(name, parameters) \
+#define ORVC_DECLARE(name, parameters)                        \
     using name##Function = std::int32_t(KS_CALL*) parameters; \
     name##Function name = nullptr;
     ORVC_KS_ENTRY_POINTS(ORVC_DECLARE)

@@ -3,22 +3,22 @@
 // Every block is made by the event callback on the library's thread and freed by the user-interface thread after use.
 // A block rides in lParam; see hand_over.h for how bursts of them travel.
 //
-// | message | sent for event        | wParam                | block                | handled by                          |
+// | message | sent for event        | wParam                | block                | handled by |
 // |---------|-----------------------|-----------------------|----------------------|-------------------------------------|
-// | 0x1400  | (tray icon)           | icon id 0x1400        | - (mouse message)    | main window: restore                |
-// | 0x1401  | 1, 9; sent and waited | socket                | ConnectionBlock      | session: new or re-connected device |
-// | 0x1402  | -                     | -                     | any                  | freed                               |
-// | 0x1403  | 15                    | 0                     | none                 | session: server stop                |
-// | 0x1404  | -                     | -                     | any                  | freed                               |
-// | 0x1405  | 80                    | group id              | GroupBlock           | directory: group information        |
-// | 0x1406  | 81                    | group id              | MemberBlock          | directory: group member             |
-// | 0x1407  | 104                   | 0                     | VariableBlock        | variable store                      |
-// | 0x1408  | 121                   | 0                     | FileDataBlock        | file reader                         |
-// | 0x1409  | 70                    | 0                     | QueueBlock           | directory: new queue membership     |
-// | 0x140A  | 71                    | 0                     | QueueBlock           | directory: queue membership update  |
-// | 0x140B  | 83                    | 0                     | ServerGroupBlock     | directory: kept whole               |
-// | 0x140C  | 99                    | 0                     | MessageBlock         | directory: audio message            |
-// | 0x1410  | 100, 101              | timer id              | TimerBlock           | session: starts that timer          |
+// | 0x1400  | (tray icon)           | icon id 0x1400        | - (mouse message)    | main window: restore | | 0x1401  |
+// 1, 9; sent and waited | socket                | ConnectionBlock      | session: new or re-connected device | | 0x1402
+// | -                     | -                     | any                  | freed                               | |
+// 0x1403  | 15                    | 0                     | none                 | session: server stop | | 0x1404  | -
+// | -                     | any                  | freed                               | | 0x1405  | 80 | group id |
+// GroupBlock           | directory: group information        | | 0x1406  | 81                    | group id |
+// MemberBlock          | directory: group member             | | 0x1407  | 104                   | 0 | VariableBlock |
+// variable store                      | | 0x1408  | 121                   | 0                     | FileDataBlock |
+// file reader                         | | 0x1409  | 70                    | 0                     | QueueBlock |
+// directory: new queue membership     | | 0x140A  | 71                    | 0                     | QueueBlock |
+// directory: queue membership update  | | 0x140B  | 83                    | 0                     | ServerGroupBlock |
+// directory: kept whole               | | 0x140C  | 99                    | 0                     | MessageBlock |
+// directory: audio message            | | 0x1410  | 100, 101              | timer id              | TimerBlock |
+// session: starts that timer          |
 //
 // 0x1410 is the console's own: the timer that answers event 100 or 101 is started behind everything that the library
 // reported before it, on the thread that owns the window.

@@ -46,9 +46,13 @@ StartResult KSServerLink::start(const KSSocketAddress& address, const std::strin
     return result;
 }
 
-std::int32_t KSServerLink::stop() { return call(library_.KSStop, handle_); }
+std::int32_t KSServerLink::stop() {
+    return call(library_.KSStop, handle_);
+}
 
-std::int32_t KSServerLink::close() { return call(library_.KSClose, handle_); }
+std::int32_t KSServerLink::close() {
+    return call(library_.KSClose, handle_);
+}
 
 void KSServerLink::unload() {
     handle_ = 0;
@@ -60,15 +64,21 @@ std::int32_t KSServerLink::createGroup(const KSGroupRecord& group) {
     return call(library_.KSCreateGroup, handle_, &group, 0u, 0u, 1u);
 }
 
-std::int32_t KSServerLink::deleteGroup(std::uint32_t groupId) { return call(library_.KSDeleteGroup, handle_, groupId); }
+std::int32_t KSServerLink::deleteGroup(std::uint32_t groupId) {
+    return call(library_.KSDeleteGroup, handle_, groupId);
+}
 
 std::int32_t KSServerLink::getGroupMembers(std::uint32_t groupId) {
     return call(library_.KSGetGroupMembers, handle_, groupId);
 }
 
-std::int32_t KSServerLink::getMessages() { return call(library_.KSGetMessages, handle_); }
+std::int32_t KSServerLink::getMessages() {
+    return call(library_.KSGetMessages, handle_);
+}
 
-std::int32_t KSServerLink::resendSettings() { return call(library_.KSResendSettings, handle_); }
+std::int32_t KSServerLink::resendSettings() {
+    return call(library_.KSResendSettings, handle_);
+}
 
 std::int32_t KSServerLink::createKey(const std::string& path, bool create) {
     return call(library_.KSSysVarCreateKey, handle_, path.c_str(), variable_type::kKey, create ? 1u : 0u);
@@ -88,15 +98,21 @@ std::int32_t KSServerLink::setDword(const std::string& name, std::uint32_t numbe
                 static_cast<const void*>(&number), static_cast<std::uint32_t>(sizeof number));
 }
 
-std::int32_t KSServerLink::createFile(KSGuid& created) { return call(library_.KSFileCreate, handle_, &created); }
+std::int32_t KSServerLink::createFile(KSGuid& created) {
+    return call(library_.KSFileCreate, handle_, &created);
+}
 
-std::int32_t KSServerLink::readFile(const KSGuid& file) { return call(library_.KSFileRead, handle_, file); }
+std::int32_t KSServerLink::readFile(const KSGuid& file) {
+    return call(library_.KSFileRead, handle_, file);
+}
 
 std::int32_t KSServerLink::writeFile(const KSGuid& file, std::string_view bytes) {
     return call(library_.KSFileWrite, handle_, file, static_cast<const void*>(bytes.data()),
                 static_cast<std::uint32_t>(bytes.size()));
 }
 
-std::int32_t KSServerLink::deleteFile(const KSGuid& file) { return call(library_.KSFileDelete, handle_, file); }
+std::int32_t KSServerLink::deleteFile(const KSGuid& file) {
+    return call(library_.KSFileDelete, handle_, file);
+}
 
 }  // namespace orvc

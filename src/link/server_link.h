@@ -30,7 +30,8 @@ class ServerLink {
     virtual ~ServerLink() = default;
 
     virtual bool isOpen() const = 0;
-    virtual StartResult start(const KSSocketAddress& address, const std::string& logonId, const std::string& password) = 0;
+    virtual StartResult start(const KSSocketAddress& address, const std::string& logonId,
+                              const std::string& password) = 0;
     virtual std::int32_t stop() = 0;
     // Closes the link: no event arrives after it returned.
     virtual std::int32_t close() = 0;

@@ -6,7 +6,8 @@ namespace orvc {
 
 StoredVariable* VariableStore::lookUp(std::string_view name, std::uint32_t hash, std::uint32_t type) const {
     const std::uint32_t wanted = type & ~variable_type::kDeleted;
-    for (StoredVariable* stored = table_.find(name, hash); stored != nullptr; stored = table_.find(name, hash, stored)) {
+    for (StoredVariable* stored = table_.find(name, hash); stored != nullptr;
+         stored = table_.find(name, hash, stored)) {
         if ((stored->type & ~variable_type::kDeleted) == wanted) return stored;
         log_.log("getSystemVariable: Found a different type 0x%08x != 0x%08x (0x%08x)", stored->type, type, wanted);
     }

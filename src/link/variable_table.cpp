@@ -14,7 +14,9 @@ constexpr std::size_t kFirstRoundSize = 64;
 
 VariableTable::VariableTable() : buckets_(kFirstRoundSize), roundSize_(kFirstRoundSize) {}
 
-VariableTable::~VariableTable() { clear(); }
+VariableTable::~VariableTable() {
+    clear();
+}
 
 std::uint32_t VariableTable::hashOf(std::string_view name) {
     return static_cast<std::uint32_t>(std::hash<std::string_view>{}(name));
@@ -27,7 +29,8 @@ std::size_t VariableTable::bucketOf(std::uint32_t hash) const {
 
 StoredVariable* VariableTable::find(std::string_view name, std::uint32_t hash, const StoredVariable* after) const {
     StoredVariable* variable = after != nullptr ? after->next : buckets_[bucketOf(hash)];
-    while (variable != nullptr && (variable->hash != hash || variable->name() != name)) variable = variable->next;
+    while (variable != nullptr && (variable->hash != hash || variable->name() != name))
+        variable = variable->next;
     return variable;
 }
 
@@ -85,7 +88,8 @@ void VariableTable::clear() {
 
 StoredVariable** VariableTable::slotOf(const StoredVariable* variable) {
     StoredVariable** slot = &buckets_[bucketOf(variable->hash)];
-    while (*slot != variable) slot = &(*slot)->next;
+    while (*slot != variable)
+        slot = &(*slot)->next;
     return slot;
 }
 
@@ -114,6 +118,8 @@ StoredVariable* VariableTable::allocate(std::size_t nameLength, std::size_t text
     return variable;
 }
 
-void VariableTable::release(StoredVariable* variable) { ::operator delete(variable); }
+void VariableTable::release(StoredVariable* variable) {
+    ::operator delete(variable);
+}
 
 }  // namespace orvc

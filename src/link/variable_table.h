@@ -44,8 +44,8 @@ class VariableTable {
 
     static std::uint32_t hashOf(std::string_view name);
 
-    // The first variable of that name, newest first, from `after` on (exclusive; null = from the start); null when there
-    // is none.
+    // The first variable of that name, newest first, from `after` on (exclusive; null = from the start); null when
+    // there is none.
     StoredVariable* find(std::string_view name, std::uint32_t hash, const StoredVariable* after = nullptr) const;
 
     // A new variable before all of the same name, with type and number 0 and no text.
@@ -66,7 +66,7 @@ class VariableTable {
     static void release(StoredVariable* variable);
 
     std::vector<StoredVariable*> buckets_;
-    std::size_t roundSize_;      // buckets at the start of this round of splits: a power of two
+    std::size_t roundSize_;  // buckets at the start of this round of splits: a power of two
     std::size_t nextToSplit_ = 0;
     std::size_t size_ = 0;
 };

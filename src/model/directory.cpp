@@ -7,7 +7,8 @@ namespace {
 
 std::uint64_t macNumber(const KSMac& mac) {
     std::uint64_t number = 0;
-    for (const std::uint8_t byte : mac) number = number << 8 | byte;
+    for (const std::uint8_t byte : mac)
+        number = number << 8 | byte;
     return number;
 }
 
@@ -25,7 +26,9 @@ const char* overflowText(const KSQueueRecord& record) {
     return record.overflowState == kOverflowing ? "Overflowing" : "Underflowing";
 }
 
-const char* attendedText(const KSQueueRecord& record) { return record.attended != 0 ? "Attended" : "Unattended"; }
+const char* attendedText(const KSQueueRecord& record) {
+    return record.attended != 0 ? "Attended" : "Unattended";
+}
 
 }  // namespace
 
@@ -108,13 +111,21 @@ void Directory::updateQueueMembership(const KSQueueRecord& record) {
     log_.log("Update Queue Membership in %s is %s", name.c_str(), attendedText(record));
 }
 
-const Device* Directory::findDevice(const KSMac& mac) const { return findIn(devicesByMac_, macNumber(mac)); }
+const Device* Directory::findDevice(const KSMac& mac) const {
+    return findIn(devicesByMac_, macNumber(mac));
+}
 
-const Group* Directory::findGroup(std::string_view key) const { return findIn(groupsByKey_, key); }
+const Group* Directory::findGroup(std::string_view key) const {
+    return findIn(groupsByKey_, key);
+}
 
-Group* Directory::findGroup(std::string_view key) { return findIn(groupsByKey_, key); }
+Group* Directory::findGroup(std::string_view key) {
+    return findIn(groupsByKey_, key);
+}
 
-const AudioMessage* Directory::findMessage(std::string_view key) const { return findIn(messagesByKey_, key); }
+const AudioMessage* Directory::findMessage(std::string_view key) const {
+    return findIn(messagesByKey_, key);
+}
 
 void Directory::clear() {
     devicesByMac_.clear();

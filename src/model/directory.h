@@ -55,7 +55,8 @@ class Directory {
     explicit Directory(TrackingLog& log) : log_(log) {}
 
     // A new or re-connected intercom: found by its MAC and refreshed, or put at the head of the list.
-    void updateDevice(const KSConnectionInfo& info, const std::optional<KSExtraIntercomInfo>& extra, std::int32_t socket);
+    void updateDevice(const KSConnectionInfo& info, const std::optional<KSExtraIntercomInfo>& extra,
+                      std::int32_t socket);
     // A group, new or told again; its members are forgotten then.
     void updateGroup(const KSGroupRecord& record);
     void doNewGroupMember(std::uint32_t groupId, const KSMac& mac);

@@ -116,8 +116,10 @@ void EventList::remove(EventRecord& record) {
     const std::string path = joinPath(kEventsPath, record.key) + "\\";
     if (lastUpdated_ == &record) lastUpdated_ = nullptr;
     // A record with an unfindable key shares it with others: find the record itself.
-    const auto found = std::find_if(records_.begin(), records_.end(), [&](const EventRecord& r) { return &r == &record; });
-    if (const auto indexed = byKey_.find(record.key); indexed != byKey_.end() && indexed->second == found) byKey_.erase(indexed);
+    const auto found =
+        std::find_if(records_.begin(), records_.end(), [&](const EventRecord& r) { return &r == &record; });
+    if (const auto indexed = byKey_.find(record.key); indexed != byKey_.end() && indexed->second == found)
+        byKey_.erase(indexed);
     records_.erase(found);
     link_.createKey(path, false);
 }

@@ -48,8 +48,8 @@ bool lacksPayload(const EventRecord& record) {
 }
 
 bool lacksRequiredField(const EventRecord& record) {
-    return !record.triggerType || !record.responseType || !record.name || lacksPayload(record) ||
-           !record.scheduleKey || (isNoDevice(record.triggerDevice) && !record.triggerGroupKey) ||
+    return !record.triggerType || !record.responseType || !record.name || lacksPayload(record) || !record.scheduleKey ||
+           (isNoDevice(record.triggerDevice) && !record.triggerGroupKey) ||
            (isNoDevice(record.responseDevice) && !record.responseGroupKey) || !record.lastChecked ||
            !record.lastTriggered || !record.disabled;
 }
@@ -83,7 +83,8 @@ const std::array<EventField, 19>& eventFields() {
 
 const std::array<std::size_t, 19>& eventWriteOrder() {
     // As read, but timeout type and seconds come before the time of day, and the marker near the end.
-    static constexpr std::array<std::size_t, 19> order{0, 1, 2, 3, 5, 6, 4, 7, 8, 9, 10, 11, 12, 13, 16, 15, 17, 14, 18};
+    static constexpr std::array<std::size_t, 19> order{0,  1,  2,  3,  5,  6,  4,  7,  8, 9,
+                                                       10, 11, 12, 13, 16, 15, 17, 14, 18};
     return order;
 }
 
@@ -102,17 +103,17 @@ bool isEventComplete(EventRecord& record, const Clock& clock) {
     if (!record.completeBits) return false;
     if ((*record.completeBits & kMustBeWhole) == 0 || !lacksRequiredField(record)) return true;
     if (clock.now() <= record.completionDeadline) return false;
-    for (OptionalDword EventRecord::*member : {&EventRecord::responseType, &EventRecord::triggerType,
-                                               &EventRecord::lastChecked, &EventRecord::lastTriggered, &EventRecord::disabled})
+    for (OptionalDword EventRecord::*member :
+         {&EventRecord::responseType, &EventRecord::triggerType, &EventRecord::lastChecked, &EventRecord::lastTriggered,
+          &EventRecord::disabled})
         if (!(record.*member)) record.*member = 0;
     return true;
 }
 
 bool isEventValid(const EventRecord& record, const Directory& directory) {
-    return std::ranges::all_of(std::initializer_list<const std::optional<std::string>*>{&record.triggerGroupKey, &record.responseGroupKey},
-                               [&](const auto* key) {
-                                   return !*key || (*key)->empty() || directory.findGroup(**key) != nullptr;
-                               });
+    return std::ranges::all_of(
+        std::initializer_list<const std::optional<std::string>*>{&record.triggerGroupKey, &record.responseGroupKey},
+        [&](const auto* key) { return !*key || (*key)->empty() || directory.findGroup(**key) != nullptr; });
 }
 
 }  // namespace orvc

@@ -50,7 +50,8 @@ std::optional<std::size_t> EventRows::rowOf(const EventRecord& record) const {
 }
 
 void EventRows::clear() {
-    for (EventRecord* record : rows_) record->hasRow = false;
+    for (EventRecord* record : rows_)
+        record->hasRow = false;
     rows_.clear();
     sorted_ = true;
     touch();

@@ -27,7 +27,8 @@ KSGuid makeGUID(const std::string& text, TrackingLog& log) {
     guid.data1 = data1;
     guid.data2 = static_cast<std::uint16_t>(data2);
     guid.data3 = static_cast<std::uint16_t>(data3);
-    for (std::size_t i = 0; i < guid.data4.size(); ++i) guid.data4[i] = static_cast<std::uint8_t>(d[i]);
+    for (std::size_t i = 0; i < guid.data4.size(); ++i)
+        guid.data4[i] = static_cast<std::uint8_t>(d[i]);
     return guid;
 }
 

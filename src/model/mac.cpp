@@ -16,10 +16,13 @@ std::optional<KSMac> parseMac(const std::string& text) {
                     &part[5]) != 6)
         return std::nullopt;
     KSMac mac;
-    for (std::size_t i = 0; i < mac.size(); ++i) mac[i] = static_cast<std::uint8_t>(part[i]);
+    for (std::size_t i = 0; i < mac.size(); ++i)
+        mac[i] = static_cast<std::uint8_t>(part[i]);
     return mac;
 }
 
-std::string formatMacTail(const KSMac& mac) { return formatText("%02x%02x%02x", mac[3], mac[4], mac[5]); }
+std::string formatMacTail(const KSMac& mac) {
+    return formatText("%02x%02x%02x", mac[3], mac[4], mac[5]);
+}
 
 }  // namespace orvc

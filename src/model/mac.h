@@ -18,6 +18,8 @@ std::optional<KSMac> parseMac(const std::string& text);
 std::string formatMacTail(const KSMac& mac);
 
 // No device: all bytes zero.
-inline bool isNoDevice(const KSMac& mac) { return mac == KSMac{}; }
+inline bool isNoDevice(const KSMac& mac) {
+    return mac == KSMac{};
+}
 
 }  // namespace orvc

@@ -23,7 +23,8 @@ class WeekMask {
     bool isSet(int day, int slot) const { return (bytes_[index(day, slot)] >> (slot % 8) & 1) != 0; }
     void set(int day, int slot) { bytes_[index(day, slot)] |= static_cast<std::uint8_t>(1 << (slot % 8)); }
     void clearDay(int day) {
-        for (int slot = 0; slot < kSlotsPerDay; slot += 8) bytes_[index(day, slot)] = 0;
+        for (int slot = 0; slot < kSlotsPerDay; slot += 8)
+            bytes_[index(day, slot)] = 0;
     }
 
     const std::array<std::uint8_t, kDays * kBytesPerDay>& bytes() const { return bytes_; }

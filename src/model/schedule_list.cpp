@@ -25,7 +25,8 @@ bool ScheduleList::updateScheduleVariables(const Variable& variable) {
     ScheduleRecord& record = findOrCreate(path->key);
     const bool wasUpdated = record.updated;
     const std::size_t lastBackslash = path->rest.rfind('\\');
-    setField(record, lastBackslash == std::string_view::npos ? path->rest : path->rest.substr(lastBackslash + 1), variable);
+    setField(record, lastBackslash == std::string_view::npos ? path->rest : path->rest.substr(lastBackslash + 1),
+             variable);
     testCompleteness(record);
     if (record.updated != wasUpdated)
         log_.log("updateScheduleVariables: schedule %s changed from %s to %s", record.name.value_or("").c_str(),

@@ -15,8 +15,8 @@ class ServerSettings final : public VariableOwner {
   public:
     bool updateVariable(const Variable& variable) override;
 
-    // Complete when the marker has arrived and, if its bit 0 is set, all four texts too; with a text missing, once `now`
-    // is past `graceDeadline` (seconds since 1970 UTC).
+    // Complete when the marker has arrived and, if its bit 0 is set, all four texts too; with a text missing, once
+    // `now` is past `graceDeadline` (seconds since 1970 UTC).
     bool isComplete(std::int64_t now, std::int64_t graceDeadline) const;
 
     // Writes all values to the server, the marker last.

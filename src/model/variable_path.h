@@ -30,6 +30,8 @@ inline std::optional<RecordPath> splitRecordPath(std::string_view name, std::str
 }
 
 // "<parent><key>"
-inline std::string joinPath(std::string_view parent, std::string_view key) { return std::string(parent).append(key); }
+inline std::string joinPath(std::string_view parent, std::string_view key) {
+    return std::string(parent).append(key);
+}
 
 }  // namespace orvc

@@ -9,7 +9,9 @@
 
 namespace orvc {
 
-std::int64_t SystemClock::now() const { return static_cast<std::int64_t>(std::time(nullptr)); }
+std::int64_t SystemClock::now() const {
+    return static_cast<std::int64_t>(std::time(nullptr));
+}
 
 std::uint32_t SystemClock::tickCount() const {
     const auto sinceStart = std::chrono::steady_clock::now().time_since_epoch();

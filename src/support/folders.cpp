@@ -9,7 +9,8 @@ std::string callQueueFolder(const std::string& temporaryFolder) {
 }
 
 bool prepareCallQueueFolder(FileSystem& files, const std::string& folder) {
-    for (const std::string& name : files.listFiles(folder)) files.deleteFile(folder + name);
+    for (const std::string& name : files.listFiles(folder))
+        files.deleteFile(folder + name);
     const std::string path = withoutTrailingBackslash(folder);
     files.removeFolder(path);
     return files.makeFolder(path) || files.folderExists(path);

@@ -10,7 +10,9 @@ LanguageCandidates languageCandidates(std::uint16_t userLanguage, std::uint16_t 
             static_cast<std::uint16_t>(systemLanguage & kLowByte)};
 }
 
-std::string languageLibraryName(std::uint16_t language) { return formatText("ORVSConfig%04x.dll", language); }
+std::string languageLibraryName(std::uint16_t language) {
+    return formatText("ORVSConfig%04x.dll", language);
+}
 
 std::optional<std::uint16_t> chooseLanguage(const LanguageCandidates& candidates,
                                             const std::function<bool(std::uint16_t)>& tryLoad) {

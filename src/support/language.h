@@ -14,8 +14,8 @@ namespace orvc {
 // Windows language identifiers, in the order in which they are tried.
 using LanguageCandidates = std::array<std::uint16_t, 4>;
 
-// The user's default, its low byte, the system's default, its low byte. The mask is the whole low byte, not the ten bits
-// of a primary language: libraries are named after it.
+// The user's default, its low byte, the system's default, its low byte. The mask is the whole low byte, not the ten
+// bits of a primary language: libraries are named after it.
 LanguageCandidates languageCandidates(std::uint16_t userLanguage, std::uint16_t systemLanguage);
 
 // File name of a language library: "ORVSConfig0407.dll".

@@ -43,7 +43,7 @@ struct Settings {
     std::string userName;
     std::string userPassword;  // as typed
     std::string adapterName;
-    std::string consoleInstallPath;     // of the start mode in use: see StartMode
+    std::string consoleInstallPath;  // of the start mode in use: see StartMode
     std::string standaloneInstallPath;
     std::string sharedFilesPath;
     std::int32_t threadPriority = 2;

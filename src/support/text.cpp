@@ -46,8 +46,10 @@ Placeholder readPlaceholder(std::string_view format) {
 std::string formatValue(const Placeholder& placeholder, const FillValue& value) {
     if (const auto* text = std::get_if<std::string_view>(&value)) return std::string(*text);
     const long number = std::get<long>(value);
-    if (placeholder.conversion == 'x') return formatText(placeholder.zeroPadded ? "%0*lx" : "%*lx", placeholder.width, number);
-    if (placeholder.conversion == 'X') return formatText(placeholder.zeroPadded ? "%0*lX" : "%*lX", placeholder.width, number);
+    if (placeholder.conversion == 'x')
+        return formatText(placeholder.zeroPadded ? "%0*lx" : "%*lx", placeholder.width, number);
+    if (placeholder.conversion == 'X')
+        return formatText(placeholder.zeroPadded ? "%0*lX" : "%*lX", placeholder.width, number);
     return formatText(placeholder.zeroPadded ? "%0*ld" : "%*ld", placeholder.width, number);
 }
 

@@ -33,6 +33,8 @@ std::string fillIn(std::string_view format, std::initializer_list<FillValue> val
 std::string withoutTrailingBackslash(std::string text);
 
 // A copy of `text` ended at its first zero byte, as the library's texts are.
-inline std::string_view untilZero(std::string_view text) { return text.substr(0, text.find('\0')); }
+inline std::string_view untilZero(std::string_view text) {
+    return text.substr(0, text.find('\0'));
+}
 
 }  // namespace orvc

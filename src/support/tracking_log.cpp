@@ -31,7 +31,9 @@ std::string_view formatInto(std::array<char, N>& buffer, const char* format, std
 TrackingLog::TrackingLog(LogSystem& system, const Clock& clock)
     : system_(system), clock_(clock), lastTick_(clock.tickCount()) {}
 
-TrackingLog::~TrackingLog() { closeDebug(); }
+TrackingLog::~TrackingLog() {
+    closeDebug();
+}
 
 void TrackingLog::log(const char* format, ...) {
     if (!isTakingLines()) return;
@@ -73,7 +75,8 @@ void TrackingLog::appendLine(bool counted, std::string_view message) {
         std::string_view count;
         if (counted) {
             const std::uint32_t tick = clock_.tickCount();
-            const int length = std::snprintf(counter.data(), counter.size(), "(%05d) ", static_cast<int>(tick - lastTick_));
+            const int length =
+                std::snprintf(counter.data(), counter.size(), "(%05d) ", static_cast<int>(tick - lastTick_));
             lastTick_ = tick;
             count = {counter.data(), static_cast<std::size_t>(std::max(length, 0))};
         }
@@ -127,7 +130,8 @@ void TrackingLog::OpenCloseDebugFile(bool close, bool force) {
         file_ = system_.openForAppending(path);
     }
     if (!file_ || !startWriter()) {
-        system_.writeToDebugger(formatText("OpenCloseDebugFile: Failed to open file '%s' as debug file", path.c_str()).c_str());
+        system_.writeToDebugger(
+            formatText("OpenCloseDebugFile: Failed to open file '%s' as debug file", path.c_str()).c_str());
         return;
     }
     queueRaw(userName_.empty() ? "** Starting write before console logon **\n"
@@ -210,7 +214,8 @@ bool TrackingLog::writeQueued(std::unique_lock<std::mutex>& lock) {
     std::vector<std::string> chunks;
     chunks.swap(queue_);
     lock.unlock();
-    const bool written = std::all_of(chunks.begin(), chunks.end(), [this](const std::string& chunk) { return file_->write(chunk); });
+    const bool written =
+        std::all_of(chunks.begin(), chunks.end(), [this](const std::string& chunk) { return file_->write(chunk); });
     chunks.back().clear();
     lock.lock();
     spareChunk_.swap(chunks.back());

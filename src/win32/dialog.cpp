@@ -16,7 +16,9 @@ bool isAnsweredDirectly(UINT message) {
 
 }  // namespace
 
-Dialog::~Dialog() { destroy(); }
+Dialog::~Dialog() {
+    destroy();
+}
 
 int Dialog::runModal(HWND owner) {
     result_.reset();
@@ -43,9 +45,8 @@ void Dialog::destroy() {
 
 bool Dialog::create(HWND owner) {
     const DLGTEMPLATE* found = resources_.findDialog(templateId_);
-    return found != nullptr &&
-           CreateDialogIndirectParamA(GetModuleHandleA(nullptr), found, owner, dialogProcedure,
-                                      reinterpret_cast<LPARAM>(this)) != nullptr;
+    return found != nullptr && CreateDialogIndirectParamA(GetModuleHandleA(nullptr), found, owner, dialogProcedure,
+                                                          reinterpret_cast<LPARAM>(this)) != nullptr;
 }
 
 void Dialog::endDialog(int result) {
@@ -108,13 +109,21 @@ bool Dialog::onCommand(unsigned id, unsigned) {
     return true;
 }
 
-std::optional<LRESULT> Dialog::onNotify(NMHDR&) { return std::nullopt; }
+std::optional<LRESULT> Dialog::onNotify(NMHDR&) {
+    return std::nullopt;
+}
 
-bool Dialog::onTimer(std::uintptr_t) { return false; }
+bool Dialog::onTimer(std::uintptr_t) {
+    return false;
+}
 
-void Dialog::onClose() { onCommand(IDCANCEL, 0); }
+void Dialog::onClose() {
+    onCommand(IDCANCEL, 0);
+}
 
-std::optional<LRESULT> Dialog::onMessage(UINT, WPARAM, LPARAM) { return std::nullopt; }
+std::optional<LRESULT> Dialog::onMessage(UINT, WPARAM, LPARAM) {
+    return std::nullopt;
+}
 
 std::string Dialog::readText(unsigned id) const {
     std::string text(static_cast<std::size_t>(GetWindowTextLengthA(control(id))) + 1, '\0');
@@ -122,7 +131,9 @@ std::string Dialog::readText(unsigned id) const {
     return text;
 }
 
-void Dialog::showText(unsigned id, const std::string& text) { SetWindowTextA(control(id), text.c_str()); }
+void Dialog::showText(unsigned id, const std::string& text) {
+    SetWindowTextA(control(id), text.c_str());
+}
 
 void Dialog::centerOn(HWND owner) {
     RECT around{};
@@ -141,8 +152,8 @@ void Dialog::centerOn(HWND owner) {
 int Dialog::dpi() const {
     // GetDpiForWindow is younger than the oldest Windows that the console runs on.
     using GetDpiForWindowFunction = UINT(WINAPI*)(HWND);
-    static const auto getDpiForWindow = reinterpret_cast<GetDpiForWindowFunction>(
-        GetProcAddress(GetModuleHandleA("user32.dll"), "GetDpiForWindow"));
+    static const auto getDpiForWindow =
+        reinterpret_cast<GetDpiForWindowFunction>(GetProcAddress(GetModuleHandleA("user32.dll"), "GetDpiForWindow"));
     if (getDpiForWindow != nullptr && window_ != nullptr)
         if (const UINT dpi = getDpiForWindow(window_)) return static_cast<int>(dpi);
     const HDC screen = GetDC(nullptr);

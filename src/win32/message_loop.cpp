@@ -17,7 +17,9 @@ void dispatch(MSG& message) {
 
 }  // namespace
 
-void setIdleWork(IdleWork work) { idleWork() = std::move(work); }
+void setIdleWork(IdleWork work) {
+    idleWork() = std::move(work);
+}
 
 void runMessageLoop(const std::function<bool()>& isDone, const MessageFilter& filter) {
     while (!isDone()) {

@@ -8,7 +8,9 @@
 
 namespace orvc::win32 {
 
-std::uint32_t addressFromText(const std::string& text) { return inet_addr(text.c_str()); }
+std::uint32_t addressFromText(const std::string& text) {
+    return inet_addr(text.c_str());
+}
 
 std::string findAdapterName(const std::string& serverAddress) {
     ULONG size = 0;

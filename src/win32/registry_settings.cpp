@@ -29,7 +29,8 @@ std::optional<std::string> RegistrySettings::readText(const char* section, const
     // Room for a terminator that the value may lack.
     std::string value(size + 1, '\0');
     size = static_cast<DWORD>(value.size());
-    if (RegGetValueA(HKEY_CURRENT_USER, path.c_str(), name, RRF_RT_REG_SZ, nullptr, value.data(), &size) != ERROR_SUCCESS)
+    if (RegGetValueA(HKEY_CURRENT_USER, path.c_str(), name, RRF_RT_REG_SZ, nullptr, value.data(), &size) !=
+        ERROR_SUCCESS)
         return std::nullopt;
     value.resize(untilZero(value).size());
     return value;

@@ -5,16 +5,17 @@
 namespace orvc::win32 {
 namespace {
 
-HMODULE program() { return GetModuleHandleA(nullptr); }
+HMODULE program() {
+    return GetModuleHandleA(nullptr);
+}
 
 // The text of an 8-bit view of a table of wide strings. LoadStringA would cut long texts to a buffer.
 std::string loadText(HMODULE module, unsigned id) {
     const wchar_t* text = nullptr;
     const int length = LoadStringW(module, id, reinterpret_cast<wchar_t*>(&text), 0);
     if (length <= 0) return {};
-    std::string narrow(static_cast<std::size_t>(
-                           WideCharToMultiByte(CP_ACP, 0, text, length, nullptr, 0, nullptr, nullptr)),
-                       '\0');
+    std::string narrow(
+        static_cast<std::size_t>(WideCharToMultiByte(CP_ACP, 0, text, length, nullptr, 0, nullptr, nullptr)), '\0');
     WideCharToMultiByte(CP_ACP, 0, text, length, narrow.data(), static_cast<int>(narrow.size()), nullptr, nullptr);
     return narrow;
 }

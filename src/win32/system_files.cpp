@@ -22,11 +22,17 @@ std::vector<std::string> SystemFiles::listFiles(const std::string& folder) const
     return names;
 }
 
-bool SystemFiles::deleteFile(const std::string& path) { return DeleteFileA(path.c_str()) != 0; }
+bool SystemFiles::deleteFile(const std::string& path) {
+    return DeleteFileA(path.c_str()) != 0;
+}
 
-bool SystemFiles::removeFolder(const std::string& path) { return RemoveDirectoryA(path.c_str()) != 0; }
+bool SystemFiles::removeFolder(const std::string& path) {
+    return RemoveDirectoryA(path.c_str()) != 0;
+}
 
-bool SystemFiles::makeFolder(const std::string& path) { return CreateDirectoryA(path.c_str(), nullptr) != 0; }
+bool SystemFiles::makeFolder(const std::string& path) {
+    return CreateDirectoryA(path.c_str(), nullptr) != 0;
+}
 
 bool SystemFiles::folderExists(const std::string& path) const {
     const DWORD attributes = GetFileAttributesA(path.c_str());
@@ -70,7 +76,8 @@ std::string fileVersionText(const std::string& path) {
     if (!GetFileVersionInfoA(path.c_str(), 0, size, block.data())) return {};
     void* text = nullptr;
     UINT length = 0;
-    if (!VerQueryValueA(block.data(), "\\StringFileInfo\\040904E4\\FileVersion", &text, &length) || length == 0) return {};
+    if (!VerQueryValueA(block.data(), "\\StringFileInfo\\040904E4\\FileVersion", &text, &length) || length == 0)
+        return {};
     return std::string(untilZero({static_cast<const char*>(text), length}));
 }
 

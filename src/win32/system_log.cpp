@@ -14,7 +14,9 @@ class StdioLogFile final : public LogFile {
     StdioLogFile(const StdioLogFile&) = delete;
     StdioLogFile& operator=(const StdioLogFile&) = delete;
 
-    bool write(std::string_view bytes) override { return std::fwrite(bytes.data(), 1, bytes.size(), file_) == bytes.size(); }
+    bool write(std::string_view bytes) override {
+        return std::fwrite(bytes.data(), 1, bytes.size(), file_) == bytes.size();
+    }
     bool flush() override { return std::fflush(file_) == 0; }
 
   private:
@@ -29,8 +31,12 @@ std::unique_ptr<LogFile> SystemLog::openForAppending(const std::string& path) {
     return file != nullptr ? std::make_unique<StdioLogFile>(file) : nullptr;
 }
 
-bool SystemLog::removeFile(const std::string& path) { return DeleteFileA(path.c_str()) != 0; }
+bool SystemLog::removeFile(const std::string& path) {
+    return DeleteFileA(path.c_str()) != 0;
+}
 
-void SystemLog::writeToDebugger(const char* text) { OutputDebugStringA(text); }
+void SystemLog::writeToDebugger(const char* text) {
+    OutputDebugStringA(text);
+}
 
 }  // namespace orvc::win32

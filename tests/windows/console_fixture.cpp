@@ -1,0 +1,158 @@
+#include "windows/console_fixture.h"
+
+#include <shlobj.h>
+
+#include <algorithm>
+#include <fstream>
+#include <regex>
+
+namespace orvc::test {
+namespace {
+
+constexpr const char* kSettingsKey = "Software\\Kestrel Sonics\\ORVSConfig\\settings";
+
+void removeTree(const std::string& folder) {
+    WIN32_FIND_DATAA found;
+    const HANDLE search = FindFirstFileA((folder + "\\*").c_str(), &found);
+    if (search == INVALID_HANDLE_VALUE) return;
+    do {
+        const std::string name = found.cFileName;
+        const std::string path = folder + "\\" + name;
+        if (name == "." || name == "..") continue;
+        if ((found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
+            removeTree(path);
+        else
+            DeleteFileA(path.c_str());
+    } while (FindNextFileA(search, &found));
+    FindClose(search);
+    RemoveDirectoryA(folder.c_str());
+}
+
+std::string temporaryFolder() {
+    char path[MAX_PATH] = "";
+    GetTempPathA(sizeof path, path);
+    return path;
+}
+
+}  // namespace
+
+std::vector<std::string> readLines(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(file, line);)
+        lines.push_back(line);
+    return lines;
+}
+
+void ConsoleTest::SetUp() {
+    RegDeleteTreeA(HKEY_CURRENT_USER, "Software\\Kestrel Sonics");
+    removeTree(supportFolder());
+    DeleteFileA(supportFolder().c_str());
+    DeleteFileA("c:\\ORVCTracking.txt");
+    workFolder_ = temporaryFolder() + "orvc_console_test";
+    removeTree(workFolder_);
+    CreateDirectoryA(workFolder_.c_str(), nullptr);
+}
+
+void ConsoleTest::TearDown() {
+    if (HasFailure() && console_.isRunning()) {
+        const HWND box = console_.findMessageBox();
+        ADD_FAILURE() << "the console still ran; its message box: "
+                      << (box != nullptr ? driver::ConsoleDriver::messageText(box) : "none");
+    }
+    console_.kill();
+    removeTree(workFolder_);
+}
+
+void ConsoleTest::startConsole(const std::string& options, const driver::Environment& environment) {
+    driver::Environment whole = environment;
+    whole.emplace_back("ORVC_DEMO", "fire=0;file=" + workFolder_ + "\\installation.txt;trace=" + workFolder_ +
+                                        "\\trace.txt;" + options);
+    ASSERT_TRUE(console_.start(binFolder() + "\\ORVSConfig.exe", whole));
+}
+
+void ConsoleTest::startConsoleIn(const std::string& folder, const std::string& options) {
+    ASSERT_TRUE(console_.start(folder + "\\ORVSConfig.exe",
+                               {{"ORVC_DEMO", "fire=0;file=" + workFolder_ + "\\installation.txt;" + options}}));
+}
+
+void ConsoleTest::exitConsole() {
+    console_.choose(IDM_EXIT);
+    ASSERT_TRUE(console_.waitForEnd());
+    EXPECT_EQ(console_.exitCode(), 0u);
+}
+
+std::vector<std::string> ConsoleTest::logLines() const {
+    static const std::regex prefix(R"(^\d+/\d\d/\d{4} \d+:\d\d:\d\d (\(-?\d{5,}\) )?)");
+    std::vector<std::string> lines = readLines(trackingFile());
+    for (std::string& line : lines)
+        line = std::regex_replace(line, prefix, "");
+    return lines;
+}
+
+bool ConsoleTest::logHas(const std::string& line) const {
+    return std::ranges::count(logLines(), line) > 0;
+}
+
+std::vector<std::string> ConsoleTest::tracedCalls() const {
+    std::vector<std::string> calls = readLines(workFolder_ + "\\trace.txt");
+    for (std::string& call : calls)
+        std::erase(call, '\r');
+    return calls;
+}
+
+std::vector<std::string> ConsoleTest::tracedCallsFrom(const std::string& first) const {
+    std::vector<std::string> calls = tracedCalls();
+    calls.erase(calls.begin(),
+                std::ranges::find_if(calls, [&](const std::string& call) { return call.starts_with(first); }));
+    return calls;
+}
+
+void ConsoleTest::setInteger(const char* name, unsigned value) {
+    RegSetKeyValueA(HKEY_CURRENT_USER, kSettingsKey, name, REG_DWORD, &value, sizeof value);
+}
+
+void ConsoleTest::setText(const char* name, const std::string& value) {
+    RegSetKeyValueA(HKEY_CURRENT_USER, kSettingsKey, name, REG_SZ, value.c_str(), static_cast<DWORD>(value.size() + 1));
+}
+
+std::optional<unsigned> ConsoleTest::integer(const char* name) {
+    DWORD value = 0;
+    DWORD size = sizeof value;
+    const LSTATUS status =
+        RegGetValueA(HKEY_CURRENT_USER, kSettingsKey, name, RRF_RT_REG_DWORD, nullptr, &value, &size);
+    return status == ERROR_SUCCESS ? std::optional<unsigned>(value) : std::nullopt;
+}
+
+std::optional<std::string> ConsoleTest::text(const char* name) {
+    char value[1024] = "";
+    DWORD size = sizeof value;
+    const LSTATUS status = RegGetValueA(HKEY_CURRENT_USER, kSettingsKey, name, RRF_RT_REG_SZ, nullptr, value, &size);
+    return status == ERROR_SUCCESS ? std::optional<std::string>(value) : std::nullopt;
+}
+
+std::string ConsoleTest::binFolder() {
+    char path[MAX_PATH] = "";
+    GetModuleFileNameA(nullptr, path, sizeof path);
+    const std::string own(path);
+    return own.substr(0, own.rfind('\\'));
+}
+
+std::string ConsoleTest::supportFolder() {
+    char path[MAX_PATH] = "";
+    SHGetSpecialFolderPathA(nullptr, path, CSIDL_APPDATA, TRUE);
+    return std::string(path) + "\\Kestrel Sonics";
+}
+
+std::string ConsoleTest::makeFolderWithConsole() const {
+    const std::string folder = workFolder_ + "\\program";
+    CreateDirectoryA(folder.c_str(), nullptr);
+    CopyFileA((binFolder() + "\\ORVSConfig.exe").c_str(), (folder + "\\ORVSConfig.exe").c_str(), FALSE);
+    return folder;
+}
+
+bool ConsoleTest::fileExists(const std::string& path) {
+    return GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+}  // namespace orvc::test

@@ -1,0 +1,59 @@
+// What the tests that drive the real console share: a clean start, the demo server's options, files and the registry.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "resources/resource.h"
+#include "tour/console_driver.h"
+
+namespace orvc::test {
+
+inline constexpr std::size_t kBuildingEvents = 20;  // Events of the demo server's own building
+
+// Starts each test without settings, tracking file or installation of an earlier one. Tests of this kind share the
+// user's registry and folders: they never run at the same time.
+class ConsoleTest : public testing::Test {
+  protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    // Starts the console beside this test against the demo server with these options ("name=value;…"); firing is off
+    // and the installation is the test's own.
+    void startConsole(const std::string& options = {}, const driver::Environment& environment = {});
+    // The same for a copy of the console in another folder.
+    void startConsoleIn(const std::string& folder, const std::string& options = {});
+    void exitConsole();
+
+    // Lines of the tracking file, times and counters taken off.
+    std::vector<std::string> logLines() const;
+    bool logHas(const std::string& line) const;
+    // The calls that the console made into the library, as the demo server traced them.
+    std::vector<std::string> tracedCalls() const;
+    std::vector<std::string> tracedCallsFrom(const std::string& first) const;
+
+    static void setInteger(const char* name, unsigned value);
+    static void setText(const char* name, const std::string& value);
+    static std::optional<unsigned> integer(const char* name);
+    static std::optional<std::string> text(const char* name);
+
+    static std::string binFolder();
+    static std::string supportFolder();
+    static std::string trackingFile() { return supportFolder() + "\\ORVCTracking.txt"; }
+    // A folder of this test's own, made anew, with a copy of the console in it.
+    std::string makeFolderWithConsole() const;
+    static bool fileExists(const std::string& path);
+
+    driver::ConsoleDriver console_;
+
+  private:
+    std::string workFolder_;
+};
+
+// The lines of a text file; none when it cannot be read.
+std::vector<std::string> readLines(const std::string& path);
+
+}  // namespace orvc::test

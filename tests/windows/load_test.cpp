@@ -1,0 +1,66 @@
+#include <algorithm>
+#include <cstdio>
+
+#include "windows/console_fixture.h"
+
+namespace orvc::test {
+namespace {
+
+using driver::ConsoleDriver;
+
+class LoadTest : public ConsoleTest {
+  protected:
+    // Logs on and waits for the rows; returns the milliseconds from the click to the last row, and the longest time
+    // that the window took to answer meanwhile.
+    struct Load {
+        DWORD milliseconds = 0;
+        DWORD longestAnswer = 0;
+        bool complete = false;
+    };
+    Load load(std::size_t rows, const std::string& options) {
+        startConsole(options);
+        const HWND window = console_.mainWindow();
+        Load result;
+        if (console_.logonDialog() == nullptr) return result;
+        console_.enterLogon("admin", "admin");
+        const DWORD start = GetTickCount();
+        while (GetTickCount() - start < 120000) {
+            const DWORD asked = GetTickCount();
+            SendMessageA(window, WM_NULL, 0, 0);
+            result.longestAnswer = std::max(result.longestAnswer, GetTickCount() - asked);
+            if (console_.eventCount() == rows) {
+                result.complete = true;
+                break;
+            }
+            Sleep(1);
+        }
+        result.milliseconds = GetTickCount() - start;
+        std::printf("%zu Events: %lu ms, longest answer %lu ms\n", rows, result.milliseconds, result.longestAnswer);
+        return result;
+    }
+};
+
+TEST_F(LoadTest, LoadsTensOfThousandsOfEventsInLinearTimeAndAnswersMeanwhile) {
+    const Load small = load(5000, "events=5000");
+    ASSERT_TRUE(small.complete);
+    exitConsole();
+    const Load large = load(50000, "events=50000");
+    ASSERT_TRUE(large.complete);
+    exitConsole();
+    // Ten times the Events, with room for another program's share of the machine.
+    EXPECT_LT(large.milliseconds, 20 * std::max<DWORD>(small.milliseconds, 200));
+    EXPECT_LT(large.longestAnswer, 250u);
+}
+
+TEST_F(LoadTest, NothingIsLostOrOutOfOrderInAShuffledLoad) {
+    ASSERT_TRUE(load(2000, "events=2000;shuffle=7").complete);
+    const std::vector<driver::EventRow> rows = console_.readEvents();
+    EXPECT_TRUE(std::ranges::is_sorted(rows, [](const auto& a, const auto& b) {
+        return CompareStringA(LOCALE_USER_DEFAULT, NORM_IGNORECASE, a[0].c_str(), -1, b[0].c_str(), -1) ==
+               CSTR_LESS_THAN;
+    }));
+    exitConsole();
+}
+
+}  // namespace
+}  // namespace orvc::test

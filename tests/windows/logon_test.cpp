@@ -1,0 +1,153 @@
+#include "windows/console_fixture.h"
+
+namespace orvc::test {
+namespace {
+
+using driver::ConsoleDriver;
+
+class LogonTest : public ConsoleTest {
+  protected:
+    bool waitForTitle(HWND window, const std::string& title, DWORD milliseconds = ConsoleDriver::kPatience) {
+        return ConsoleDriver::waitUntil([&] { return ConsoleDriver::textOf(window) == title; }, milliseconds);
+    }
+    void closeMessage(const std::string& text, const std::string& caption = "Error") {
+        const HWND box = console_.waitForMessageBox();
+        ASSERT_NE(box, nullptr) << text;
+        EXPECT_EQ(ConsoleDriver::messageText(box), text);
+        EXPECT_EQ(ConsoleDriver::textOf(box), caption);
+        ConsoleDriver::click(box, IDOK);
+        ASSERT_TRUE(console_.waitUntilGone(box));
+    }
+};
+
+TEST_F(LogonTest, ListsTheInstallationAfterALogonWithTypedFields) {
+    startConsole();
+    const HWND dialog = console_.logonDialog();
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(ConsoleDriver::textOf(dialog), "Logon Required");
+    EXPECT_EQ(ConsoleDriver::textOf(dialog, IDC_LOGON_ADDRESS), "0.0.0.0");
+    EXPECT_EQ(ConsoleDriver::textOf(dialog, IDC_LOGON_PORT), "3010");
+    EXPECT_FALSE(IsWindowVisible(GetDlgItem(dialog, IDC_LOGON_ADDRESS)));
+    RECT folded{};
+    GetWindowRect(dialog, &folded);
+
+    ConsoleDriver::click(dialog, IDC_LOGON_OPTIONS);
+    ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return IsWindowVisible(GetDlgItem(dialog, IDC_LOGON_ADDRESS)) != 0; }));
+    EXPECT_EQ(ConsoleDriver::textOf(dialog, IDC_LOGON_OPTIONS), "<< Options");
+    RECT unfolded{};
+    GetWindowRect(dialog, &unfolded);
+    EXPECT_EQ(unfolded.left, folded.left);
+    EXPECT_EQ(unfolded.top, folded.top);
+    EXPECT_GT(unfolded.bottom, folded.bottom);
+
+    ConsoleDriver::type(dialog, IDC_LOGON_PORT, "4711");
+    console_.enterLogon("admin", "admin");
+    ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return console_.eventCount() == kBuildingEvents; }));
+    EXPECT_EQ(ConsoleDriver::textOf(console_.mainWindow()),
+              "Orvane VANTE Event Configuration Console - Logon ID admin");
+    exitConsole();
+    EXPECT_EQ(text("IPAddress"), "127.0.0.1");
+    EXPECT_EQ(integer("IPPort"), 4711u);
+    EXPECT_EQ(text("UserName"), "");  // the box was not ticked
+    EXPECT_EQ(text("UserPassword"), "");
+}
+
+TEST_F(LogonTest, FirstFailureCountsDownSilentlyAndTheSecondIsTold) {
+    startConsole("refuse=-30,-30");
+    const HWND dialog = console_.logonDialog();
+    ASSERT_NE(dialog, nullptr);
+    console_.enterLogon("admin", "wrong");
+    ASSERT_TRUE(waitForTitle(dialog, "Waiting for Login Retry 9", 4000));
+    EXPECT_EQ(console_.findMessageBox(), nullptr);
+    EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDC_LOGON_ID)));
+    EXPECT_TRUE(IsWindowEnabled(GetDlgItem(dialog, IDCANCEL)));
+
+    // Cancel ends the countdown, not the dialog.
+    ConsoleDriver::click(dialog, IDCANCEL);
+    ASSERT_TRUE(waitForTitle(dialog, "Logon Required"));
+    EXPECT_TRUE(IsWindowEnabled(GetDlgItem(dialog, IDC_LOGON_ID)));
+    ConsoleDriver::click(dialog, IDOK);
+    closeMessage("Logon Name and/or Password invalid");
+    EXPECT_EQ(ConsoleDriver::textOf(dialog), "Logon Required");
+
+    // Cancel from an idle dialog ends the console.
+    ConsoleDriver::click(dialog, IDCANCEL);
+    EXPECT_TRUE(console_.waitForEnd());
+}
+
+TEST_F(LogonTest, CountsDownToAnAttemptOfItsOwn) {
+    startConsole("refuse=-5");
+    const HWND dialog = console_.logonDialog();
+    ASSERT_NE(dialog, nullptr);
+    console_.enterLogon("admin", "admin");
+    ASSERT_TRUE(waitForTitle(dialog, "Waiting for Login Retry 9", 4000));
+    EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return console_.eventCount() == kBuildingEvents; }));
+}
+
+TEST_F(LogonTest, AnUnreachableServerIsTriedAgainWithoutAWord) {
+    setInteger("recordEvents", 1);
+    startConsole();
+    const HWND dialog = console_.logonDialog();
+    ASSERT_NE(dialog, nullptr);
+    console_.enterLogon("admin", "admin", "192.0.2.1");
+    ASSERT_TRUE(waitForTitle(dialog, "Waiting for Login Retry 9", 4000));
+    ConsoleDriver::click(dialog, IDCANCEL);
+    ASSERT_TRUE(waitForTitle(dialog, "Logon Required"));
+    ConsoleDriver::click(dialog, IDOK);
+    ASSERT_TRUE(waitForTitle(dialog, "Waiting for Login Retry 9", 4000));
+    EXPECT_EQ(console_.findMessageBox(), nullptr);
+    ConsoleDriver::click(dialog, IDCANCEL);
+    ASSERT_TRUE(waitForTitle(dialog, "Logon Required"));
+    ConsoleDriver::click(dialog, IDCANCEL);
+    ASSERT_TRUE(console_.waitForEnd());
+    EXPECT_TRUE(logHas("Error -2: server not found at 192.0.2.1:3010"));
+}
+
+TEST_F(LogonTest, AUserWithoutAdministratorRightsIsSentBackToThePassword) {
+    startConsole();
+    const HWND dialog = console_.logonDialog();
+    ASSERT_NE(dialog, nullptr);
+    console_.enterLogon("operator", "operator");
+    closeMessage("User does not have admin rights");
+    const HWND password = GetDlgItem(dialog, IDC_LOGON_PASSWORD);
+    ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return IsWindowEnabled(password) != 0; }));
+    EXPECT_EQ(SendMessageA(password, EM_GETSEL, 0, 0), MAKELRESULT(0, 8));
+    console_.enterLogon("admin", "admin");
+    EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return console_.eventCount() == kBuildingEvents; }));
+}
+
+TEST_F(LogonTest, SavedCredentialsLogOnByThemselvesButNotAfterALogoff) {
+    setText("UserName", "admin");
+    setText("UserPassword", "admin");
+    setText("IPAddress", "127.0.0.1");
+    startConsole();
+    ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return console_.eventCount() == kBuildingEvents; }));
+    console_.choose(IDM_LOGOFF);
+    const HWND dialog = console_.logonDialog();
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(console_.eventCount(), 0u);
+    EXPECT_EQ(ConsoleDriver::textOf(dialog, IDC_LOGON_ID), "admin");
+    EXPECT_EQ(IsDlgButtonChecked(dialog, IDC_LOGON_SAVE), static_cast<UINT>(BST_CHECKED));
+    Sleep(600);  // two ticks of the logon timer
+    EXPECT_TRUE(IsWindow(dialog));
+    EXPECT_EQ(ConsoleDriver::textOf(dialog), "Logon Required");
+    ConsoleDriver::click(dialog, IDCANCEL);
+    ASSERT_TRUE(console_.waitForEnd());
+    // A cancelled dialog leaves what was stored.
+    EXPECT_EQ(text("UserName"), "admin");
+    EXPECT_EQ(text("UserPassword"), "admin");
+}
+
+TEST_F(LogonTest, CancellingTheFirstDialogShutsDownOnTheNextTick) {
+    setInteger("recordEvents", 1);
+    startConsole();
+    const HWND dialog = console_.logonDialog();
+    ASSERT_NE(dialog, nullptr);
+    ConsoleDriver::click(dialog, IDCANCEL);
+    ASSERT_TRUE(console_.waitForEnd());
+    EXPECT_TRUE(logHas("doLogon: calling doShutdown() because bShuttingDown set"));
+    EXPECT_TRUE(logHas("doShutdown: Done"));
+}
+
+}  // namespace
+}  // namespace orvc::test

@@ -1,0 +1,111 @@
+#include <algorithm>
+
+#include "windows/console_fixture.h"
+
+namespace orvc::test {
+namespace {
+
+using driver::ConsoleDriver;
+
+class SessionWindowTest : public ConsoleTest {};
+
+TEST_F(SessionWindowTest, AServerStopEmptiesTheListAndAsksForANewLogon) {
+    startConsole("stop-once=1");
+    ASSERT_TRUE(console_.logOn(kBuildingEvents));
+    const HWND dialog = console_.logonDialog();
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(console_.eventCount(), 0u);
+    EXPECT_EQ(ConsoleDriver::textOf(console_.mainWindow()), "Orvane VANTE - Automation - Events Configuration Console");
+    ASSERT_TRUE(console_.logOn(kBuildingEvents));
+    exitConsole();
+}
+
+TEST_F(SessionWindowTest, AServerStopLogsOnAgainWithSavedCredentials) {
+    setText("UserName", "admin");
+    setText("UserPassword", "admin");
+    setText("IPAddress", "127.0.0.1");
+    setInteger("recordEvents", 1);
+    startConsole("stop-once=1");
+    ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return logHas("Event:Stop. Console disconnected from server"); }));
+    EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return console_.eventCount() == kBuildingEvents; }));
+}
+
+TEST_F(SessionWindowTest, AReloadShowsThePleaseWaitWindowAndKeepsTheEvents) {
+    for (const char* options : {"reload-after=1", "reload-after=1;resend=values"}) {
+        startConsole(options);
+        ASSERT_TRUE(console_.logOn(kBuildingEvents)) << options;
+        const HWND wait = console_.waitForWindowWith(IDC_WAIT_TEXT);
+        ASSERT_NE(wait, nullptr) << options;
+        EXPECT_EQ(ConsoleDriver::textOf(wait), "Please Wait");
+        EXPECT_EQ(ConsoleDriver::textOf(wait, IDC_WAIT_TEXT), "Updating Settings from Server");
+        EXPECT_EQ(console_.eventCount(), kBuildingEvents);
+        EXPECT_TRUE(console_.waitUntilGone(wait)) << options;
+        EXPECT_EQ(console_.eventCount(), kBuildingEvents);
+        exitConsole();
+    }
+}
+
+TEST_F(SessionWindowTest, TheConsoleEndsWhileItWaitsForGroupMembers) {
+    setInteger("recordEvents", 1);
+    startConsole("late-members=60000");
+    ASSERT_NE(console_.logonDialog(), nullptr);
+    console_.enterLogon("admin", "admin");
+    ASSERT_TRUE(ConsoleDriver::waitUntil([&] {
+        return std::ranges::any_of(tracedCalls(),
+                                   [](const auto& call) { return call.starts_with("KSGetGroupMembers"); });
+    }));
+    exitConsole();
+    const std::vector<std::string> calls = tracedCallsFrom("KSGetGroupMembers");
+    EXPECT_EQ(std::vector<std::string>(calls.begin() + 1, calls.end()),
+              (std::vector<std::string>{"KSStop", "KSClose"}));
+}
+
+TEST_F(SessionWindowTest, AMissingMarkerEndsTheWaitAfterTwoSeconds) {
+    setInteger("recordEvents", 1);
+    startConsole("incomplete=1");
+    ASSERT_TRUE(console_.logOn(kBuildingEvents));
+    EXPECT_TRUE(ConsoleDriver::waitUntil(
+        [&] { return logHas("doWaitSystemVariableComplete: Timeout waiting for system variables to complete"); },
+        6000));
+}
+
+TEST_F(SessionWindowTest, MinimisingHidesTheWindowIntoTheTrayWhenSetSo) {
+    setInteger("hideMinimized", 1);
+    startConsole();
+    ASSERT_TRUE(console_.logOn(kBuildingEvents));
+    const HWND window = console_.mainWindow();
+    ShowWindow(window, SW_MINIMIZE);
+    EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return IsWindowVisible(window) == 0; }));
+    PostMessageA(window, 0x1400, 0x1400, WM_LBUTTONUP);
+    EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return IsWindowVisible(window) != 0 && IsIconic(window) == 0; }));
+    exitConsole();
+}
+
+TEST_F(SessionWindowTest, ForgedPrivateMessagesDoNothing) {
+    startConsole();
+    ASSERT_TRUE(console_.logOn(kBuildingEvents));
+    for (UINT message = 0x1401; message <= 0x1410; ++message) {
+        PostMessageA(console_.mainWindow(), message, 1, 0x1234);
+        SendMessageA(console_.mainWindow(), message, 1, 0x1234);
+    }
+    EXPECT_EQ(console_.eventCount(), kBuildingEvents);
+    EXPECT_TRUE(console_.isRunning());
+    exitConsole();
+}
+
+TEST_F(SessionWindowTest, TheAboutBoxTellsTheVersions) {
+    startConsole();
+    ASSERT_TRUE(console_.logOn(kBuildingEvents));
+    PostMessageA(console_.mainWindow(), WM_SYSCOMMAND, IDM_ABOUT_SYSTEM, 0);
+    const HWND about = console_.waitForWindowWith(IDC_ABOUT_LIST);
+    ASSERT_NE(about, nullptr);
+    EXPECT_EQ(SendMessageA(GetDlgItem(about, IDC_ABOUT_LIST), LB_GETCOUNT, 0, 0), 3);
+    EXPECT_FALSE(IsWindowEnabled(console_.mainWindow()));
+    ConsoleDriver::click(about, IDOK);
+    ASSERT_TRUE(console_.waitUntilGone(about));
+    EXPECT_TRUE(IsWindowEnabled(console_.mainWindow()));
+    exitConsole();
+}
+
+}  // namespace
+}  // namespace orvc::test

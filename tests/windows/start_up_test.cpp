@@ -1,0 +1,185 @@
+#include <fstream>
+
+#include "windows/console_fixture.h"
+
+namespace orvc::test {
+namespace {
+
+using driver::ConsoleDriver;
+
+class StartUpTest : public ConsoleTest {
+  protected:
+    // The console was started without a link: it opens its window and never asks for a logon.
+    void expectNoLogonDialog() {
+        ASSERT_NE(console_.mainWindow(), nullptr);
+        Sleep(800);  // three ticks of the logon timer
+        EXPECT_EQ(console_.findWindowWith(IDC_LOGON_ID), nullptr);
+    }
+};
+
+TEST_F(StartUpTest, RecordsAWholeRunInOrder) {
+    setInteger("recordEvents", 1);
+    startConsole("events=1;devices=2;groups=1");
+    ASSERT_TRUE(console_.logOn(1));
+    ASSERT_TRUE(ConsoleDriver::waitUntil([&] {
+        return logHas(
+            "Received subscription variable information for \\ORVS\\completeBits (dword variable 1 0xc0000004)");
+    }));
+    exitConsole();
+    const std::vector<std::string> lines = logLines();
+    std::vector<std::string> told;
+    for (const std::string& line : lines)
+        if (!line.starts_with("Received subscription")) told.push_back(line);
+    const std::string help = "Loaded Help from '" + binFolder() + "\\HelpFile.chm'";
+    const std::vector<std::string> expectedStart{
+        "** Starting write before console logon **",
+        "Orvane Events Console Version 1.0.0.0 started",
+        "Loaded KSPassThruDll Version 1.0.1",
+        "Opened KSPassThruDll with 17 flags",
+        help,
+        "** Starting write before console logon **",
+        "** Starting write before console logon **",
+    };
+    ASSERT_GE(told.size(), expectedStart.size());
+    EXPECT_EQ(std::vector<std::string>(told.begin(), told.begin() + static_cast<std::ptrdiff_t>(expectedStart.size())),
+              expectedStart);
+    const auto login = std::find(told.begin(), told.end(), "** Starting write for console user 'admin' **");
+    ASSERT_NE(login, told.end());
+    EXPECT_EQ(*(login + 1), "*** ORVE Events Configuration Console Login ***");
+    const std::vector<std::string> expectedEnd{"ORVC Version 1.0.0.0 Stopped", "doShutdown: KSStop()",
+                                               "doShutdown: KSClose()", "doShutdown: FreeLibrary()",
+                                               "doShutdown: Done"};
+    ASSERT_GE(told.size(), expectedEnd.size());
+    EXPECT_EQ(std::vector<std::string>(told.end() - 5, told.end()), expectedEnd);
+    // Between them, in whatever order the server's thread and the window meet.
+    for (const char* line : {"Console user admin connected", "Console initialization is complete",
+                             "doNewGroupMessageInfo: End of messages received", "getListIcoms: Done with group"})
+        EXPECT_NE(std::find(told.begin(), told.end(), line), told.end()) << line;
+    EXPECT_TRUE(logHas("Received subscription variable information for \\ORVS\\ (key 0x80000000)"));
+}
+
+TEST_F(StartUpTest, RecordsStartUpOnlyWhileRecordingIsOff) {
+    startConsole();
+    ASSERT_TRUE(console_.logOn(kBuildingEvents));
+    const std::size_t afterStart = logLines().size();
+    EXPECT_TRUE(logHas("Opened KSPassThruDll with 17 flags"));
+    // Switched on from the menu: a banner with the user, and lines from then on.
+    console_.choose(IDM_RECORD_EVENTS);
+    ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return logHas("** Starting write for console user 'admin' **"); }));
+    EXPECT_EQ(logLines().size(), afterStart + 1);
+    exitConsole();
+    EXPECT_EQ(integer("recordEvents"), 0xFFFFFFFFu);
+    EXPECT_TRUE(logHas("doShutdown: Done"));
+}
+
+TEST_F(StartUpTest, ClearsTheTrackingFileOnYes) {
+    setInteger("recordEvents", 1);
+    startConsole();
+    ASSERT_TRUE(console_.logOn(kBuildingEvents));
+    console_.choose(IDM_CLEAR_FILE);
+    const HWND box = console_.waitForMessageBox();
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(ConsoleDriver::messageText(box), "Clear Support File?");
+    EXPECT_EQ(ConsoleDriver::textOf(box), "Are you sure?");
+    ConsoleDriver::click(box, IDYES);
+    ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return !logHas("Orvane Events Console Version 1.0.0.0 started"); }));
+    EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return logHas("** Starting write for console user 'admin' **"); }));
+    exitConsole();
+}
+
+TEST_F(StartUpTest, FallsBackToTheRootWhenTheSupportFolderCannotBeWritten) {
+    std::ofstream(supportFolder()) << "a file where the folder should be";
+    setInteger("recordEvents", 1);
+    startConsole();
+    ASSERT_TRUE(console_.logOn(kBuildingEvents));
+    exitConsole();
+    std::string root;
+    for (const std::string& line : readLines("c:\\ORVCTracking.txt"))
+        root += line + "\n";
+    EXPECT_NE(root.find("OpenCloseDebugFile: Could not write to special folder, writing to ROOT\n"), std::string::npos);
+    EXPECT_NE(root.find("doShutdown: Done\n"), std::string::npos);
+}
+
+TEST_F(StartUpTest, OpensWithoutALinkWhenTheLibraryIsMissing) {
+    startConsoleIn(makeFolderWithConsole());
+    expectNoLogonDialog();
+    EXPECT_TRUE(logHas("Failed to open KSPassThru.dll"));
+    EXPECT_EQ(ConsoleDriver::textOf(console_.mainWindow()), "Orvane VANTE Event Configuration Console");
+    exitConsole();
+}
+
+TEST_F(StartUpTest, GoesOnWithALibraryThatLacksAName) {
+    const std::string folder = makeFolderWithConsole();
+    ASSERT_TRUE(CopyFileA((binFolder() + "\\incomplete\\KSPassThru.dll").c_str(), (folder + "\\KSPassThru.dll").c_str(),
+                          FALSE));
+    startConsoleIn(folder);
+    ASSERT_TRUE(console_.logOn(kBuildingEvents));
+    EXPECT_TRUE(logHas("Could NOT get all proc addresses"));
+    EXPECT_TRUE(logHas("Loaded KSPassThruDll Version 1.0.1"));
+    exitConsole();
+}
+
+TEST_F(StartUpTest, RunsStandAloneWhenTheLibrarySaysSo) {
+    setInteger("recordEvents", 1);
+    startConsole("standalone=1");
+    expectNoLogonDialog();
+    EXPECT_EQ(ConsoleDriver::textOf(console_.mainWindow()),
+              "Orvane VANTE - Automation - Events Configuration Application");
+    EXPECT_TRUE(logHas("*** Orvane Enterprise Events Application Stand-alone Startup ***"));
+    exitConsole();
+    EXPECT_TRUE(text("pathStandaloneInstall").has_value());
+    EXPECT_FALSE(text("pathConsoleInstall").has_value());
+}
+
+TEST_F(StartUpTest, ValuesOfTheWrongTypeCountAsAbsent) {
+    setText("IPPort", "text");
+    setText("recordEvents", "text");
+    setInteger("IPAddress", 7);
+    setInteger("UserName", 7);
+    startConsole();
+    const HWND dialog = console_.logonDialog();
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(ConsoleDriver::textOf(dialog, IDC_LOGON_ADDRESS), "0.0.0.0");
+    EXPECT_EQ(ConsoleDriver::textOf(dialog, IDC_LOGON_PORT), "3010");
+    EXPECT_EQ(ConsoleDriver::textOf(dialog, IDC_LOGON_ID), "");
+}
+
+TEST_F(StartUpTest, EmptiesTheScratchFolder) {
+    const std::string temporary = makeFolderWithConsole();
+    const std::string scratch = temporary + "\\CallQueue";
+    CreateDirectoryA(scratch.c_str(), nullptr);
+    std::ofstream(scratch + "\\left-over.wav") << "x";
+    startConsole({}, {{"temp", temporary + "\\"}});
+    ASSERT_NE(console_.logonDialog(), nullptr);
+    EXPECT_TRUE(fileExists(scratch));
+    EXPECT_FALSE(fileExists(scratch + "\\left-over.wav"));
+}
+
+TEST_F(StartUpTest, TellsOnceWhenThereCanBeNoScratchFolder) {
+    startConsole({}, {{"temp", "c:\\no\\such\\folder"}});
+    const HWND box = console_.waitForMessageBox();
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(ConsoleDriver::messageText(box), "Unable to write to temporary directory");
+    EXPECT_EQ(ConsoleDriver::textOf(box), "Call Queue Error");
+    ConsoleDriver::click(box, IDOK);
+    ASSERT_NE(console_.logonDialog(), nullptr);
+    EXPECT_EQ(console_.findMessageBox(), nullptr);
+}
+
+TEST_F(StartUpTest, TakesTheLanguageLibraryOfTheLanguagesLowByte) {
+    const std::string folder = makeFolderWithConsole();
+    ASSERT_TRUE(CopyFileA((binFolder() + "\\KSPassThru.dll").c_str(), (folder + "\\KSPassThru.dll").c_str(), FALSE));
+    char name[64] = "";
+    wsprintfA(name, "\\ORVSConfig%04x.dll", GetUserDefaultLangID() & 255);
+    ASSERT_TRUE(CopyFileA((binFolder() + "\\test_language.dll").c_str(), (folder + name).c_str(), FALSE));
+    startConsoleIn(folder);
+    // The library has a logon dialog and one text; what it lacks comes from the program.
+    const HWND dialog = console_.logonDialog();
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(ConsoleDriver::textOf(dialog, IDOK), "Test logon");
+    EXPECT_EQ(ConsoleDriver::textOf(dialog, IDC_LOGON_OPTIONS), "Test options");
+    EXPECT_EQ(ConsoleDriver::textOf(console_.mainWindow()), "Orvane VANTE - Automation - Events Configuration Console");
+}
+
+}  // namespace
+}  // namespace orvc::test

@@ -25,7 +25,9 @@ class Tour {
         require(console_.start(program), "the program could not be started");
         require(console_.logonDialog() != nullptr, "no logon dialog appeared");
         logOn();
+        takePicture(console_.mainWindow(), "main-window");
         printEvents();
+        awaitReload();
         showAbout();
         deleteEvent("Barrier lifts");
         logOff();
@@ -72,7 +74,17 @@ class Tour {
         require(
             ConsoleDriver::textOf(console_.mainWindow()) == "Orvane VANTE Event Configuration Console - Logon ID admin",
             "the title does not name the logon ID");
-        takePicture(console_.mainWindow(), "main-window");
+    }
+
+    void awaitReload() {
+        step("Wait until the server announces new settings");
+        const HWND wait = console_.waitForWindowWith(IDC_WAIT_TEXT);
+        require(wait != nullptr, "no please-wait window appeared");
+        Sleep(kGlimpse);
+        require(ConsoleDriver::saveScreenshot(wait, pictures_ + "\\please-wait.bmp"),
+                "picture please-wait could not be saved");
+        require(console_.waitUntilGone(wait), "the please-wait window stayed");
+        require(console_.eventCount() == expectedEvents_, "Events are missing after the reload");
     }
 
     void printEvents() {
@@ -122,7 +134,9 @@ class Tour {
         require(console_.eventCount() == 0, "the list still shows Events");
     }
 
-    static constexpr DWORD kPaintPause = 300;  // milliseconds
+    // Milliseconds: until a new window is painted, and of a window that is there for a short time only.
+    static constexpr DWORD kPaintPause = 300;
+    static constexpr DWORD kGlimpse = 50;
 
     ConsoleDriver console_;
     std::string pictures_;

@@ -14,7 +14,7 @@ VariableBlock::VariableBlock(const KSVariableNotification& notification, std::si
       hasText_(notification.text != nullptr) {
     char* out = reinterpret_cast<char*>(this + 1);
     std::memcpy(out, notification.name ? notification.name : "", nameLength + 1);
-    if (hasText_) std::memcpy(out + nameLength + 1, notification.text, textLength + 1);
+    if (notification.text != nullptr) std::memcpy(out + nameLength + 1, notification.text, textLength + 1);
 }
 
 std::unique_ptr<VariableBlock> VariableBlock::make(const KSVariableNotification& notification) {

@@ -32,7 +32,7 @@ void KSServerLink::open(KSEventCallback callback) {
     if (library_.KSOpen != nullptr) library_.KSOpen(&handle_, &flags_, callback, &openWord_);
 }
 
-void KSServerLink::enableDebug() {
+void KSServerLink::enableDebug() const {
     if (library_.KSSetDebug != nullptr) library_.KSSetDebug(1);
 }
 
@@ -61,7 +61,7 @@ void KSServerLink::unload() {
 }
 
 std::int32_t KSServerLink::createGroup(const KSGroupRecord& group) {
-    return call(library_.KSCreateGroup, handle_, &group, 0u, 0u, 1u);
+    return call(library_.KSCreateGroup, handle_, &group, 0U, 0U, 1U);
 }
 
 std::int32_t KSServerLink::deleteGroup(std::uint32_t groupId) {
@@ -81,11 +81,11 @@ std::int32_t KSServerLink::resendSettings() {
 }
 
 std::int32_t KSServerLink::createKey(const std::string& path, bool create) {
-    return call(library_.KSSysVarCreateKey, handle_, path.c_str(), variable_type::kKey, create ? 1u : 0u);
+    return call(library_.KSSysVarCreateKey, handle_, path.c_str(), variable_type::kKey, create ? 1U : 0U);
 }
 
 std::int32_t KSServerLink::subscribe(const std::string& path) {
-    return call(library_.KSSysVarSubscribe, handle_, path.c_str(), 0u, 1u);
+    return call(library_.KSSysVarSubscribe, handle_, path.c_str(), 0U, 1U);
 }
 
 std::int32_t KSServerLink::setText(const std::string& name, const std::string& text) {

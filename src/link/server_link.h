@@ -74,7 +74,7 @@ class KSServerLink final : public ServerLink {
     std::optional<LibraryVersion> readVersion() const;
     // Opens the link with `callback` as receiver of its events. The result is not checked; flags() tells the mode.
     void open(KSEventCallback callback);
-    void enableDebug();
+    void enableDebug() const;
     // The open flags as the library returned them; 16 before.
     std::uint32_t flags() const { return flags_; }
     bool isConsoleMode() const { return (flags_ & kConsoleModeFlag) != 0; }

@@ -69,7 +69,7 @@ void Directory::doNewGroupMember(std::uint32_t groupId, const KSMac& mac) {
     group->members.push_front(std::move(member));
 }
 
-void Directory::resolvePlaceholders(Group& group) {
+void Directory::resolvePlaceholders(Group& group) const {
     for (GroupMember& member : group.members) {
         if (member.placeholder == nullptr) continue;
         const Device* const device = findDevice(member.placeholder->mac());

@@ -66,7 +66,7 @@ class Directory {
     void addServerGroup(const KSServerGroupRecord& record) { serverGroups_.push_back(record); }
 
     // Points members with a placeholder to their device where it is listed by now.
-    void resolvePlaceholders(Group& group);
+    void resolvePlaceholders(Group& group) const;
 
     // Null when there is none.
     const Device* findDevice(const KSMac& mac) const;

@@ -18,6 +18,7 @@ class WeekMask {
     static constexpr int kDays = 7;
     static constexpr int kSlotsPerDay = 48;
     static constexpr int kBytesPerDay = kSlotsPerDay / 8;
+    static constexpr std::size_t kMaskBytes = 42;
 
     // `day` 0 to 6, `slot` 0 to 47.
     bool isSet(int day, int slot) const { return (bytes_[index(day, slot)] >> (slot % 8) & 1) != 0; }
@@ -27,16 +28,19 @@ class WeekMask {
             bytes_[index(day, slot)] = 0;
     }
 
-    const std::array<std::uint8_t, kDays * kBytesPerDay>& bytes() const { return bytes_; }
-    std::array<std::uint8_t, kDays * kBytesPerDay>& bytes() { return bytes_; }
+    const std::array<std::uint8_t, kMaskBytes>& bytes() const { return bytes_; }
+    std::array<std::uint8_t, kMaskBytes>& bytes() { return bytes_; }
 
     static WeekMask everySlot();
 
     friend bool operator==(const WeekMask&, const WeekMask&) = default;
 
   private:
-    static std::size_t index(int day, int slot) { return static_cast<std::size_t>(day * kBytesPerDay + slot / 8); }
-    std::array<std::uint8_t, kDays * kBytesPerDay> bytes_{};
+    static std::size_t index(int day, int slot) {
+        const int index = day * kBytesPerDay + slot / 8;
+        return static_cast<std::size_t>(index);
+    }
+    std::array<std::uint8_t, kMaskBytes> bytes_{};
 };
 
 inline constexpr std::size_t kHoursTextLength = 84;

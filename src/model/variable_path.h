@@ -7,9 +7,9 @@
 
 namespace orvc {
 
-inline constexpr std::string_view kRootPath = "\\ORVS\\";
-inline constexpr std::string_view kEventsPath = "\\ORVS\\Events\\";
-inline constexpr std::string_view kSchedulesPath = "\\ORVS\\Schedules\\";
+inline constexpr std::string_view kRootPath = R"(\ORVS\)";
+inline constexpr std::string_view kEventsPath = R"(\ORVS\Events\)";
+inline constexpr std::string_view kSchedulesPath = R"(\ORVS\Schedules\)";
 
 // A record's key of this length or more is never found again.
 inline constexpr std::size_t kUnfindableKeyLength = 128;

@@ -9,10 +9,10 @@ constexpr int kIconSize = 48;
 
 }  // namespace
 
-AboutDialog::AboutDialog(const win32::Resources& resources, std::vector<std::string> lines)
+CAboutDlg::CAboutDlg(const win32::Resources& resources, std::vector<std::string> lines)
     : Dialog(resources, IDD_ABOUT), lines_(std::move(lines)) {}
 
-bool AboutDialog::onInit() {
+bool CAboutDlg::onInit() {
     for (const std::string& line : lines_)
         SendMessageA(control(IDC_ABOUT_LIST), LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(line.c_str()));
     icon_ = win32::Resources::loadIcon(IDI_MAIN, scale(kIconSize));

@@ -8,10 +8,10 @@
 
 namespace orvc {
 
-class AboutDialog final : public win32::Dialog {
+class CAboutDlg final : public win32::Dialog {
   public:
     // `lines` are shown as they stand, one a row.
-    AboutDialog(const win32::Resources& resources, std::vector<std::string> lines);
+    CAboutDlg(const win32::Resources& resources, std::vector<std::string> lines);
 
   private:
     bool onInit() override;

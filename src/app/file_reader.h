@@ -4,18 +4,27 @@
 #include <string>
 #include <string_view>
 
+#include "link/ks_types.h"
+
 namespace orvc {
 
-// Thread: user-interface thread. Whoever asks for a file clears first and then looks for isComplete().
+// Thread: user-interface thread. Whoever asks for a file says so first, and then looks for isComplete().
 class FileReader {
   public:
+    // Discards what was received and takes chunks of `file` only: those of a file that was asked for before and given
+    // up may still come.
+    void expect(const KSGuid& file) {
+        clear();
+        expected_ = file;
+    }
     void clear() {
         bytes_.clear();
         bytes_.shrink_to_fit();
         complete_ = false;
     }
     // An empty chunk says that the file is complete.
-    void append(std::string_view chunk) {
+    void append(const KSGuid& file, std::string_view chunk) {
+        if (file != expected_) return;
         if (chunk.empty())
             complete_ = true;
         else
@@ -26,6 +35,7 @@ class FileReader {
     const std::string& bytes() const { return bytes_; }
 
   private:
+    KSGuid expected_;
     std::string bytes_;
     bool complete_ = false;
 };

@@ -27,19 +27,19 @@ constexpr unsigned kDisabledWhileBusy[] = {IDC_LOGON_ID,      IDC_LOGON_PASSWORD
 
 }  // namespace
 
-LogonDialog::LogonDialog(const win32::Resources& resources, ServerLink& link, TrackingLog& log, const LogonEntry& entry)
+CKSLogonDlg::CKSLogonDlg(const win32::Resources& resources, ServerLink& link, TrackingLog& log, const LogonEntry& entry)
     : Dialog(resources, IDD_LOGON),
       entry_(entry),
       sequence_(*this, link, this->resources(), log, win32::addressFromText) {}
 
-LogonOutcome LogonDialog::run(HWND owner) {
+LogonOutcome CKSLogonDlg::run(HWND owner) {
     outcome_ = {};
     outcome_.cancelled = true;
     runModal(owner);
     return outcome_;
 }
 
-bool LogonDialog::onInit() {
+bool CKSLogonDlg::onInit() {
     showText(IDC_LOGON_ID, entry_.logonId);
     showText(IDC_LOGON_PASSWORD, entry_.password);
     showText(IDC_LOGON_ADDRESS, entry_.address);
@@ -53,7 +53,7 @@ bool LogonDialog::onInit() {
     return true;
 }
 
-bool LogonDialog::onCommand(unsigned id, unsigned notification) {
+bool CKSLogonDlg::onCommand(unsigned id, unsigned notification) {
     switch (id) {
         case kBeginMessage:
             sequence_.begin(entry_);
@@ -72,12 +72,12 @@ bool LogonDialog::onCommand(unsigned id, unsigned notification) {
     }
 }
 
-bool LogonDialog::onTimer(std::uintptr_t timer) {
+bool CKSLogonDlg::onTimer(std::uintptr_t timer) {
     if (timer == kCountdownTimer) sequence_.onTick();
     return true;
 }
 
-void LogonDialog::showOptions(bool shown) {
+void CKSLogonDlg::showOptions(bool shown) {
     optionsShown_ = shown;
     for (const unsigned id : kOptionControls)
         show(id, shown);
@@ -94,7 +94,7 @@ void LogonDialog::showOptions(bool shown) {
     SetWindowPos(window(), nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-LogonEntry LogonDialog::readEntry() {
+LogonEntry CKSLogonDlg::readEntry() {
     entry_.logonId = readText(IDC_LOGON_ID);
     entry_.password = readText(IDC_LOGON_PASSWORD);
     entry_.address = readText(IDC_LOGON_ADDRESS);
@@ -103,11 +103,11 @@ LogonEntry LogonDialog::readEntry() {
     return entry_;
 }
 
-void LogonDialog::setTitle(const std::string& title) {
+void CKSLogonDlg::setTitle(const std::string& title) {
     SetWindowTextA(window(), title.c_str());
 }
 
-void LogonDialog::enableControls(bool enabled) {
+void CKSLogonDlg::enableControls(bool enabled) {
     // A disabled control must not keep the focus, or the keyboard would reach nothing.
     if (!enabled) SetFocus(control(IDCANCEL));
     for (const unsigned id : kDisabledWhileBusy)
@@ -115,29 +115,29 @@ void LogonDialog::enableControls(bool enabled) {
     if (enabled) SendMessageA(window(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(control(IDC_LOGON_ID)), TRUE);
 }
 
-void LogonDialog::startCountdownTimer() {
+void CKSLogonDlg::startCountdownTimer() {
     SetTimer(window(), kCountdownTimer, kCountdownPeriod, nullptr);
 }
 
-void LogonDialog::stopTimers() {
+void CKSLogonDlg::stopTimers() {
     KillTimer(window(), kCountdownTimer);
     KillTimer(window(), kUnusedTimer);
 }
 
-void LogonDialog::handleWaitingMessages() {
+void CKSLogonDlg::handleWaitingMessages() {
     win32::handleWaitingMessages();
 }
 
-void LogonDialog::showError(const std::string& text) {
+void CKSLogonDlg::showError(const std::string& text) {
     win32::showMessage(window(), text, resources().text(IDS_ERROR_CAPTION));
 }
 
-void LogonDialog::selectPassword() {
+void CKSLogonDlg::selectPassword() {
     SendMessageA(window(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(control(IDC_LOGON_PASSWORD)), TRUE);
     SendMessageA(control(IDC_LOGON_PASSWORD), EM_SETSEL, 0, -1);
 }
 
-void LogonDialog::end(bool success) {
+void CKSLogonDlg::end(bool success) {
     outcome_.success = success;
     outcome_.cancelled = !success;
     outcome_.entry = readEntry();

@@ -6,9 +6,9 @@
 
 namespace orvc {
 
-class LogonDialog final : public win32::Dialog, private LogonView {
+class CKSLogonDlg final : public win32::Dialog, private LogonView {
   public:
-    LogonDialog(const win32::Resources& resources, ServerLink& link, TrackingLog& log, const LogonEntry& entry);
+    CKSLogonDlg(const win32::Resources& resources, ServerLink& link, TrackingLog& log, const LogonEntry& entry);
 
     // Runs the dialog and returns how it ended.
     LogonOutcome run(HWND owner);

@@ -5,7 +5,9 @@
 #include <algorithm>
 
 #include "app/about_dialog.h"
+#include "app/configure_schedules_dialog.h"
 #include "app/logon_dialog.h"
+#include "app/setup_event_dialog.h"
 #include "resources/resource.h"
 #include "support/text.h"
 #include "win32/collation.h"
@@ -169,6 +171,15 @@ bool MainWindow::onCommand(unsigned id, unsigned) {
         case IDM_OPEN_SUPPORT_FOLDER:
             openSupportFolder();
             return true;
+        case IDM_CREATE_EVENT:
+            createEvent();
+            return true;
+        case IDM_MODIFY_EVENT:
+            modifySelectedEvent();
+            return true;
+        case IDM_SCHEDULES:
+            editSchedules();
+            return true;
         case IDM_DELETE_EVENT:
             deleteSelectedEvent();
             return true;
@@ -321,6 +332,7 @@ void MainWindow::showChanges(bool isLast) {
 void MainWindow::exitConsole() {
     rememberSize();
     session_.doShutdown();
+    cancelDialogsAbove();
     endDialog(IDOK);
 }
 
@@ -350,12 +362,36 @@ void MainWindow::showAbout() {
     const auto line = [this](unsigned id, std::initializer_list<FillValue> values) {
         return fillIn(parts_.resources.text(id), values);
     };
-    AboutDialog about(parts_.resources, {line(IDS_ABOUT_PROGRAM, {programVersion()}),
-                                         line(IDS_ABOUT_INTERFACE, {static_cast<long>(libraryVersion_.major),
-                                                                    static_cast<long>(libraryVersion_.minor),
-                                                                    static_cast<long>(libraryVersion_.build)}),
-                                         line(IDS_ABOUT_LIBRARY, {libraryVersionText_})});
+    CAboutDlg about(parts_.resources, {line(IDS_ABOUT_PROGRAM, {programVersion()}),
+                                       line(IDS_ABOUT_INTERFACE, {static_cast<long>(libraryVersion_.major),
+                                                                  static_cast<long>(libraryVersion_.minor),
+                                                                  static_cast<long>(libraryVersion_.build)}),
+                                       line(IDS_ABOUT_LIBRARY, {libraryVersionText_})});
     about.runModal(window());
+}
+
+void MainWindow::createEvent() {
+    runEditor(nullptr);
+}
+
+void MainWindow::modifySelectedEvent() {
+    if (const EventRecord* event = list_.selectedRecord()) runEditor(event);
+}
+
+// `event` is copied by the editor: what becomes of it while the editor is open is found by key afterwards.
+void MainWindow::runEditor(const EventRecord* event) {
+    CSetupEventDlg editor(
+        {parts_.resources, parts_.link, session_.directory(), session_.schedules(), session_.fileReader(), parts_.log,
+         parts_.clock, win32::makeSortKey, [this] { return session_.isLoggedOn(); }},
+        event);
+    if (!editor.run(window())) return;
+    const EventRecord& saved = session_.saveEvent(editor.record());
+    list_.refresh();
+    if (const auto row = session_.events().rows().rowOf(saved)) list_.select(static_cast<int>(*row));
+}
+
+void MainWindow::editSchedules() {
+    CConfigureSchedulesDlg(parts_.resources, session_.schedules(), win32::makeSortKey).runModal(window());
 }
 
 void MainWindow::deleteSelectedEvent() {
@@ -412,11 +448,11 @@ void MainWindow::stopTimer(std::uintptr_t timerId) {
 }
 
 LogonOutcome MainWindow::runLogonDialog(const LogonEntry& entry) {
-    modalDialogOpen_ = true;
-    LogonDialog dialog(parts_.resources, parts_.link, parts_.log, entry);
-    LogonOutcome outcome = dialog.run(window());
-    modalDialogOpen_ = false;
-    SetFocus(control(IDC_EVENT_LIST));
+    CKSLogonDlg dialog(parts_.resources, parts_.link, parts_.log, entry);
+    // After a server stop an editor or a message box may be open: the logon comes before it.
+    const HWND owner = topmostModal();
+    LogonOutcome outcome = dialog.run(GetLastActivePopup(owner));
+    if (owner == window()) SetFocus(control(IDC_EVENT_LIST));
     return outcome;
 }
 
@@ -442,6 +478,7 @@ void MainWindow::closePleaseWait() {
 
 void MainWindow::endMainWindow() {
     rememberSize();
+    cancelDialogsAbove();
     endDialog(IDCANCEL);
 }
 

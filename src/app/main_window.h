@@ -77,6 +77,10 @@ class MainWindow final : public win32::Dialog, private SessionHost {
     void openSupportFolder();
     void openHelp();
     void showAbout();
+    void createEvent();
+    void modifySelectedEvent();
+    void runEditor(const EventRecord* event);
+    void editSchedules();
     void deleteSelectedEvent();
     void runFromList(unsigned command);
 
@@ -95,7 +99,7 @@ class MainWindow final : public win32::Dialog, private SessionHost {
     win32::MainWindowPoster poster_;
     Session session_;
     EventListView list_;
-    PleaseWaitDialog pleaseWait_;
+    CPleaseWaitDlg pleaseWait_;
     win32::UniqueMenu menu_;
     win32::UniqueMenu trayMenu_;
     win32::UniqueIcon bigIcon_;
@@ -107,7 +111,6 @@ class MainWindow final : public win32::Dialog, private SessionHost {
     std::string libraryVersionText_;
     std::string helpPath_;
     bool scratchWarningShown_ = false;
-    bool modalDialogOpen_ = false;
     std::uint32_t lastRefresh_ = 0;  // tick count
 };
 

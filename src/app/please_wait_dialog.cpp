@@ -11,9 +11,9 @@ constexpr LPARAM kMarqueeStep = 30;  // milliseconds
 
 }  // namespace
 
-PleaseWaitDialog::PleaseWaitDialog(const win32::Resources& resources) : Dialog(resources, IDD_PLEASE_WAIT) {}
+CPleaseWaitDlg::CPleaseWaitDlg(const win32::Resources& resources) : Dialog(resources, IDD_PLEASE_WAIT) {}
 
-bool PleaseWaitDialog::onInit() {
+bool CPleaseWaitDlg::onInit() {
     SendMessageA(control(IDC_WAIT_PROGRESS), PBM_SETMARQUEE, TRUE, kMarqueeStep);
     centerOn(GetParent(window()));
     return false;

@@ -5,9 +5,9 @@
 
 namespace orvc {
 
-class PleaseWaitDialog final : public win32::Dialog {
+class CPleaseWaitDlg final : public win32::Dialog {
   public:
-    explicit PleaseWaitDialog(const win32::Resources& resources);
+    explicit CPleaseWaitDlg(const win32::Resources& resources);
 
   private:
     bool onInit() override;

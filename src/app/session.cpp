@@ -145,6 +145,12 @@ void Session::doShutdown() {
     host_.removeTrayIcon();
 }
 
+EventRecord& Session::saveEvent(const EventRecord& saved) {
+    EventRecord& record = events_.store(saved);
+    events_.write(record);
+    return record;
+}
+
 void Session::deleteEvent(EventRecord& record) {
     events_.deletePayloadFile(record);
     events_.remove(record);
@@ -169,7 +175,8 @@ void Session::receive(std::unique_ptr<EventBlock> block) {
             onVariable(static_cast<const VariableBlock&>(*block));
             break;
         case private_message::kFileData:
-            fileReader_.append(static_cast<const FileDataBlock&>(*block).bytes);
+            fileReader_.append(static_cast<const FileDataBlock&>(*block).file,
+                               static_cast<const FileDataBlock&>(*block).bytes);
             break;
         case private_message::kNewQueueMembership:
             directory_.addQueueMembership(static_cast<const QueueBlock&>(*block).record);

@@ -62,6 +62,8 @@ class Session {
     // Ends the logon; the logon dialog comes up again, without logging on by itself.
     void logoff();
 
+    // Takes over an Event that the editor saved and writes its variables. Returns the record in the list.
+    EventRecord& saveEvent(const EventRecord& saved);
     // Deletes an Event, its payload file first, here and on the server.
     void deleteEvent(EventRecord& record);
 

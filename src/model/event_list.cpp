@@ -1,5 +1,7 @@
 #include "model/event_list.h"
 
+#include <algorithm>
+
 #include "model/guid.h"
 #include "model/mac.h"
 #include "model/variable_path.h"
@@ -87,9 +89,20 @@ EventRecord& EventList::append(EventRecord record) {
     return added;
 }
 
-std::size_t EventList::insertRowAgain(EventRecord& record) {
-    rows_.remove(record);
-    return rows_.insert(record);
+EventRecord& EventList::store(const EventRecord& saved) {
+    EventRecord stored = saved;
+    stored.hasRow = false;
+    const auto indexed = byKey_.find(saved.key);
+    if (indexed == byKey_.end()) return append(std::move(stored));
+    const Records::iterator record = indexed->second;
+    stored.lastChecked = record->lastChecked;
+    stored.lastTriggered = record->lastTriggered;
+    rows_.remove(*record);
+    byKey_.erase(indexed);  // it views the key that is about to be replaced
+    *record = std::move(stored);
+    byKey_.try_emplace(record->key, record);
+    rows_.insert(*record);
+    return *record;
 }
 
 void EventList::write(EventRecord& record) {

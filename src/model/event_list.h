@@ -33,8 +33,9 @@ class EventList final : public VariableOwner {
     // Puts a copy of `record` at the tail, with its row.
     EventRecord& append(EventRecord record);
 
-    // Moves the record's row to where its name belongs; returns the row.
-    std::size_t insertRowAgain(EventRecord& record);
+    // Takes over what the editor saved: replaces the record of its key, or appends it. What the server told meanwhile
+    // of its firings stays. The row moves to where the name belongs.
+    EventRecord& store(const EventRecord& saved);
 
     // Writes every field to the server, the completion marker behind the values that it vouches for.
     void write(EventRecord& record);

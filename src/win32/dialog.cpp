@@ -1,6 +1,8 @@
 #include "win32/dialog.h"
 
+#include <algorithm>
 #include <exception>
+#include <vector>
 
 #include "support/text.h"
 #include "win32/message_loop.h"
@@ -14,6 +16,23 @@ bool isAnsweredDirectly(UINT message) {
            message == WM_COMPAREITEM || message == WM_VKEYTOITEM || message == WM_CHARTOITEM;
 }
 
+// The dialogs in runModal(), innermost last. User-interface thread.
+std::vector<Dialog*>& runningDialogs() {
+    static std::vector<Dialog*> dialogs;
+    return dialogs;
+}
+
+// Answers a message box or another dialog of Windows' own with No or Cancel.
+BOOL CALLBACK cancelForeignDialog(HWND window, LPARAM) {
+    char className[16] = "";
+    GetClassNameA(window, className, sizeof className);
+    const bool isOurs =
+        std::ranges::any_of(runningDialogs(), [window](Dialog* dialog) { return dialog->window() == window; });
+    if (lstrcmpiA(className, "#32770") != 0 || isOurs || !IsWindowVisible(window)) return TRUE;
+    PostMessageA(window, WM_COMMAND, GetDlgItem(window, IDNO) != nullptr ? IDNO : IDCANCEL, 0);
+    return TRUE;
+}
+
 }  // namespace
 
 Dialog::~Dialog() {
@@ -23,12 +42,14 @@ Dialog::~Dialog() {
 int Dialog::runModal(HWND owner) {
     result_.reset();
     if (!create(owner)) return -1;
-    if (owner != nullptr) EnableWindow(owner, FALSE);
+    const bool ownerWasEnabled = owner != nullptr && EnableWindow(owner, FALSE) == 0;
+    runningDialogs().push_back(this);
     ShowWindow(window_, SW_SHOW);
     runMessageLoop([this] { return result_.has_value() || window_ == nullptr; },
                    [this](MSG& message) { return onPreview(message) || IsDialogMessageA(window_, &message); });
     // The owner comes back before the dialog goes, or another program's window would be activated.
-    if (owner != nullptr) EnableWindow(owner, TRUE);
+    runningDialogs().pop_back();
+    if (ownerWasEnabled) EnableWindow(owner, TRUE);
     destroy();
     return result_.value_or(-1);
 }
@@ -53,6 +74,16 @@ void Dialog::endDialog(int result) {
     if (!result_) result_ = result;
     // The loop may be waiting for a message.
     PostMessageA(window_, WM_NULL, 0, 0);
+}
+
+void Dialog::cancelDialogsAbove() {
+    EnumThreadWindows(GetCurrentThreadId(), cancelForeignDialog, 0);
+    for (auto dialog = runningDialogs().rbegin(); dialog != runningDialogs().rend() && *dialog != this; ++dialog)
+        (*dialog)->endDialog(IDCANCEL);
+}
+
+HWND Dialog::topmostModal() {
+    return runningDialogs().empty() ? nullptr : runningDialogs().back()->window();
 }
 
 INT_PTR CALLBACK Dialog::dialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {

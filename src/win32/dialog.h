@@ -29,6 +29,9 @@ class Dialog {
 
     HWND window() const { return window_; }
 
+    // The window of the dialog whose runModal() started last; null when none runs.
+    static HWND topmostModal();
+
   protected:
     // `resources` outlives the dialog.
     Dialog(const Resources& resources, unsigned templateId) : resources_(resources), templateId_(templateId) {}
@@ -50,6 +53,8 @@ class Dialog {
     virtual bool onPreview(MSG&) { return false; }
 
     void endDialog(int result);
+    // Cancels every dialog and message box that runs above this one, the uppermost first.
+    void cancelDialogsAbove();
 
     const Resources& resources() const { return resources_; }
     HWND control(unsigned id) const { return GetDlgItem(window_, static_cast<int>(id)); }

@@ -1,0 +1,292 @@
+#include "app/setup_event_dialog.h"
+
+#include "app/configure_schedules_dialog.h"
+#include "app/setup_email_dialog.h"
+#include "app/setup_server_audio_dialog.h"
+#include "app/setup_tts_dialog.h"
+#include "app/setup_tts_filename_dialog.h"
+#include "editors/event_saver.h"
+#include "resources/resource.h"
+#include "win32/controls.h"
+#include "win32/new_guid.h"
+
+namespace orvc {
+namespace {
+
+// Timers: the fetch starts once the editor is on the screen, and is then looked after.
+constexpr UINT_PTR kFetchSpokenText = 10;
+constexpr UINT_PTR kPollSpokenText = 11;
+constexpr UINT_PTR kFetchEmail = 20;
+constexpr UINT_PTR kPollEmail = 21;
+constexpr UINT kFetchPeriod = 100;  // milliseconds
+constexpr UINT kPollPeriod = 10;
+
+}  // namespace
+
+CSetupEventDlg::CSetupEventDlg(const EventEditorParts& parts, const EventRecord* event)
+    : Dialog(parts.resources, IDD_SETUP_EVENT),
+      parts_(parts),
+      record_(event != nullptr ? *event : EventRecord()),
+      isNew_(event == nullptr),
+      form_(parts.resources, parts.directory, parts.schedules),
+      fetcher_(parts.link, parts.fileReader, parts.log, parts.clock),
+      pleaseWait_(parts.resources) {}
+
+bool CSetupEventDlg::run(HWND owner) {
+    return runModal(owner) == IDOK;
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Opening
+
+bool CSetupEventDlg::onInit() {
+    fillFixedLists();
+    LoadResult loaded;
+    if (!isNew_) {
+        SetWindowTextA(window(), parts_.resources.text(IDS_MODIFY_EVENT).c_str());
+        loaded = form_.load(record_);
+    }
+    showForm();
+    centerOn(GetParent(window()));
+    for (const LoadMessage& message : loaded.messages)
+        win32::showMessage(window(), parts_.resources.text(message.text), parts_.resources.text(message.caption));
+    if (loaded.fetch == PayloadFetch::kSpokenText) SetTimer(window(), kFetchSpokenText, kFetchPeriod, nullptr);
+    if (loaded.fetch == PayloadFetch::kEmail) SetTimer(window(), kFetchEmail, kFetchPeriod, nullptr);
+    return true;
+}
+
+void CSetupEventDlg::fillFixedLists() {
+    win32::fillDropDown(control(IDC_EVENT_TRIGGER), listTriggers(parts_.resources), 0);
+    win32::fillDropDown(control(IDC_EVENT_TIMEOUT), listTimeouts(parts_.resources), 0);
+    win32::fillDropDown(control(IDC_EVENT_TIMEOUT_VALUE), listTimeoutValues(), 0);
+    win32::fillDropDown(control(IDC_EVENT_TIMEOUT_UNIT), listTimeoutUnits(parts_.resources), 0);
+}
+
+// Everything that the form holds, for the first time.
+void CSetupEventDlg::showForm() {
+    showing_ = true;
+    showText(IDC_EVENT_NAME, form_.name());
+    CheckDlgButton(window(), IDC_EVENT_DISABLED, form_.isDisabled() ? BST_CHECKED : BST_UNCHECKED);
+    showing_ = false;
+    showLists();
+}
+
+// Fills the lists whose contents changed, and selects in all of them what the form has chosen.
+void CSetupEventDlg::showLists() {
+    const auto choose = [this](unsigned id, std::int64_t index) {
+        // An index that a list does not have leaves it without a selection.
+        if (win32::selectedEntry(control(id)) != index)
+            SendMessageA(control(id), CB_SETCURSEL, static_cast<WPARAM>(index), 0);
+    };
+    showing_ = true;
+    if (std::exchange(shownSources_, form_.sourceRevision()) != form_.sourceRevision())
+        win32::fillDropDown(control(IDC_EVENT_SOURCE), form_.sourceTexts(), form_.sourceIndex());
+    if (std::exchange(shownSchedules_, form_.scheduleRevision()) != form_.scheduleRevision()) {
+        std::vector<std::string> names;
+        for (const ScheduleChoice& schedule : form_.schedules())
+            names.push_back(schedule.name);
+        win32::fillDropDown(control(IDC_EVENT_SCHEDULE), names, form_.scheduleIndex());
+    }
+    if (std::exchange(shownResponses_, form_.responseRevision()) != form_.responseRevision())
+        win32::fillDropDown(control(IDC_EVENT_RESPONSE), form_.responseTexts(), form_.responseIndex());
+    if (std::exchange(shownDestinations_, form_.destinationRevision()) != form_.destinationRevision()) {
+        std::vector<std::string> texts;
+        texts.reserve(form_.destinations().size());
+        for (const Place& place : form_.destinations())
+            texts.push_back(place.text);
+        win32::fillDropDown(control(IDC_EVENT_DESTINATION), texts, form_.destinationIndex());
+    }
+    choose(IDC_EVENT_TRIGGER, form_.triggerIndex());
+    choose(IDC_EVENT_SOURCE, form_.sourceIndex());
+    choose(IDC_EVENT_TIMEOUT, form_.timeoutIndex());
+    choose(IDC_EVENT_TIMEOUT_VALUE, form_.timeoutValue());
+    choose(IDC_EVENT_TIMEOUT_UNIT, form_.timeoutUnit());
+    choose(IDC_EVENT_SCHEDULE, form_.scheduleIndex());
+    choose(IDC_EVENT_RESPONSE, form_.responseIndex());
+    choose(IDC_EVENT_DESTINATION, form_.destinationIndex());
+    showText(IDC_EVENT_RESPONSE_LINE, form_.responseLine());
+    showing_ = false;
+    showEnabling();
+}
+
+void CSetupEventDlg::showEnabling() {
+    const EventFormEnabling enabled = form_.enabling();
+    const HWND focus = GetFocus();
+    enable(IDC_EVENT_TRIGGER, enabled.trigger);
+    enable(IDC_EVENT_SOURCE, enabled.source);
+    enable(IDC_EVENT_TIMEOUT, enabled.timeout);
+    enable(IDC_EVENT_TIMEOUT_VALUE, enabled.timeoutValueAndUnit);
+    enable(IDC_EVENT_TIMEOUT_UNIT, enabled.timeoutValueAndUnit);
+    enable(IDC_EVENT_SCHEDULE, enabled.schedule);
+    enable(IDC_EVENT_RESPONSE, enabled.response);
+    enable(IDC_EVENT_DESTINATION, enabled.destination);
+    enable(IDC_EVENT_SELECT, enabled.select);
+    enable(IDOK, enabled.save);
+    // The keyboard stays with a control that can take it.
+    if (focus != nullptr && GetParent(focus) == window() && !IsWindowEnabled(focus))
+        SendMessageA(window(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(control(IDC_EVENT_NAME)), TRUE);
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// What the operator does
+
+bool CSetupEventDlg::onCommand(unsigned id, unsigned notification) {
+    if (showing_) return true;
+    switch (id) {
+        case IDC_EVENT_NAME:
+            if (!win32::isEditChange(notification)) return true;
+            form_.setName(readText(IDC_EVENT_NAME));
+            showEnabling();
+            return true;
+        case IDC_EVENT_DISABLED:
+            form_.setDisabled(IsDlgButtonChecked(window(), IDC_EVENT_DISABLED) == BST_CHECKED);
+            return true;
+        case IDC_EVENT_SCHEDULES:
+            editSchedules();
+            return true;
+        case IDC_EVENT_SELECT:
+            select();
+            return true;
+        case IDOK:
+            if (IsWindowEnabled(control(IDOK))) save();
+            return true;
+        case IDCANCEL:
+            endDialog(IDCANCEL);
+            return true;
+        default:
+            return win32::isSelectionChange(notification) && onListChange(id);
+    }
+}
+
+bool CSetupEventDlg::onListChange(unsigned id) {
+    const int index = win32::selectedEntry(control(id));
+    switch (id) {
+        case IDC_EVENT_TRIGGER:
+            form_.chooseTrigger(index);
+            break;
+        case IDC_EVENT_SOURCE:
+            form_.chooseSource(index);
+            break;
+        case IDC_EVENT_TIMEOUT:
+            form_.chooseTimeout(index);
+            break;
+        case IDC_EVENT_TIMEOUT_VALUE:
+            form_.chooseTimeoutValue(index);
+            break;
+        case IDC_EVENT_TIMEOUT_UNIT:
+            form_.chooseTimeoutUnit(index);
+            break;
+        case IDC_EVENT_SCHEDULE:
+            form_.chooseSchedule(index);
+            break;
+        case IDC_EVENT_RESPONSE:
+            form_.chooseResponse(index);
+            break;
+        case IDC_EVENT_DESTINATION:
+            form_.chooseDestination(index);
+            break;
+        default:
+            return false;
+    }
+    showLists();
+    return true;
+}
+
+void CSetupEventDlg::select() {
+    switch (form_.response()) {
+        case Response::kServerAudio:
+            selectAudio();
+            break;
+        case Response::kTtsFile:
+            selectTtsFile();
+            break;
+        case Response::kTtsMessage:
+            enterSpokenText();
+            break;
+        case Response::kEmail:
+            enterEmail();
+            break;
+        default:
+            return;
+    }
+    showLists();
+}
+
+void CSetupEventDlg::selectAudio() {
+    CSetupServerAudioFileDlg dialog(parts_.resources, parts_.directory, form_.messageKey());
+    if (dialog.run(window())) form_.setMessageKey(dialog.key());
+}
+
+void CSetupEventDlg::selectTtsFile() {
+    CSetupTtsFilenameDlg dialog(parts_.resources, form_.ttsFilename());
+    if (dialog.run(window())) form_.setTtsFilename(dialog.filename());
+}
+
+void CSetupEventDlg::enterSpokenText() {
+    CSetupTtsDlg dialog(parts_.resources, form_.spokenText());
+    if (dialog.run(window())) form_.setSpokenText(dialog.text());
+}
+
+void CSetupEventDlg::enterEmail() {
+    CSetupEmailDlg dialog(parts_.resources, form_.email());
+    if (dialog.run(window())) form_.setEmail(dialog.email());
+}
+
+void CSetupEventDlg::editSchedules() {
+    CConfigureSchedulesDlg(parts_.resources, parts_.schedules, parts_.makeSortKey).runModal(window());
+    form_.refreshSchedules();
+    showLists();
+}
+
+void CSetupEventDlg::save() {
+    if (!parts_.isLoggedOn()) {
+        // What was entered stays on the screen until the logon dialog, which is about to come, has found the server.
+        parts_.log.log("fillEvent: Not saved, the server is not connected");
+        return;
+    }
+    fillEvent(form_, record_, parts_.link, parts_.log, win32::newGuid);
+    endDialog(IDOK);
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// The payload file
+
+bool CSetupEventDlg::onTimer(std::uintptr_t timer) {
+    switch (timer) {
+        case kFetchSpokenText:
+            startFetch(PayloadFetch::kSpokenText);
+            return true;
+        case kFetchEmail:
+            startFetch(PayloadFetch::kEmail);
+            return true;
+        case kPollSpokenText:
+        case kPollEmail:
+            pollFetch(timer);
+            return true;
+        default:
+            return false;
+    }
+}
+
+void CSetupEventDlg::startFetch(PayloadFetch fetch) {
+    const bool isEmail = fetch == PayloadFetch::kEmail;
+    KillTimer(window(), isEmail ? kFetchEmail : kFetchSpokenText);
+    if (fetcher_.start(fetch, record_.fileGuid.value_or(std::string()))) {
+        pleaseWait_.createModeless(window());
+        UpdateWindow(pleaseWait_.window());
+    }
+    SetTimer(window(), isEmail ? kPollEmail : kPollSpokenText, kPollPeriod, nullptr);
+}
+
+void CSetupEventDlg::pollFetch(std::uintptr_t timer) {
+    if (!fetcher_.poll(form_)) return;
+    KillTimer(window(), timer);
+    pleaseWait_.destroy();
+    showLists();
+}
+
+void CSetupEventDlg::onDestroy() {
+    pleaseWait_.destroy();
+}
+
+}  // namespace orvc

@@ -1,0 +1,25 @@
+// The dialog that takes a text to be spoken.
+#pragma once
+
+#include <string>
+
+#include "win32/dialog.h"
+
+namespace orvc {
+
+// Thread: user-interface thread. Line breaks are CR LF, as the edit has them.
+class CSetupTtsDlg final : public win32::Dialog {
+  public:
+    CSetupTtsDlg(const win32::Resources& resources, std::string text);
+
+    bool run(HWND owner) { return runModal(owner) == IDOK; }
+    const std::string& text() const { return text_; }
+
+  private:
+    bool onInit() override;
+    bool onCommand(unsigned id, unsigned notification) override;
+
+    std::string text_;
+};
+
+}  // namespace orvc

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "app/about_dialog.h"
+#include "app/configure_schedules_dialog.h"
 #include "app/logon_dialog.h"
 #include "resources/resource.h"
 #include "support/text.h"
@@ -171,6 +172,9 @@ bool MainWindow::onCommand(unsigned id, unsigned) {
             return true;
         case IDM_DELETE_EVENT:
             deleteSelectedEvent();
+            return true;
+        case IDM_SCHEDULES:
+            configureSchedules();
             return true;
         case IDM_HELP:
             openHelp();
@@ -377,6 +381,11 @@ void MainWindow::deleteSelectedEvent() {
     list_.select(next);
 }
 
+void MainWindow::configureSchedules() {
+    CConfigureSchedulesDlg(parts_.resources, session_.schedules(), win32::makeSortKey).runModal(window());
+    list_.refresh();
+}
+
 // ---------------------------------------------------------------------------------------------------------------------
 // Tray icon
 
@@ -414,7 +423,8 @@ void MainWindow::stopTimer(std::uintptr_t timerId) {
 LogonOutcome MainWindow::runLogonDialog(const LogonEntry& entry) {
     modalDialogOpen_ = true;
     LogonDialog dialog(parts_.resources, parts_.link, parts_.log, entry);
-    LogonOutcome outcome = dialog.run(window());
+    // The server may stop while another dialog is open.
+    LogonOutcome outcome = dialog.run(topModalWindow());
     modalDialogOpen_ = false;
     SetFocus(control(IDC_EVENT_LIST));
     return outcome;

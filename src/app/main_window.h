@@ -78,6 +78,7 @@ class MainWindow final : public win32::Dialog, private SessionHost {
     void openHelp();
     void showAbout();
     void deleteSelectedEvent();
+    void configureSchedules();
     void runFromList(unsigned command);
 
     // Events from the library

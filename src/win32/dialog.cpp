@@ -1,6 +1,7 @@
 #include "win32/dialog.h"
 
 #include <exception>
+#include <utility>
 
 #include "support/text.h"
 #include "win32/message_loop.h"
@@ -23,12 +24,14 @@ Dialog::~Dialog() {
 int Dialog::runModal(HWND owner) {
     result_.reset();
     if (!create(owner)) return -1;
-    if (owner != nullptr) EnableWindow(owner, FALSE);
+    const bool ownerWasEnabled = owner != nullptr && EnableWindow(owner, FALSE) == FALSE;
+    beneath_ = std::exchange(topModal_, this);
     ShowWindow(window_, SW_SHOW);
     runMessageLoop([this] { return result_.has_value() || window_ == nullptr; },
                    [this](MSG& message) { return onPreview(message) || IsDialogMessageA(window_, &message); });
+    topModal_ = std::exchange(beneath_, nullptr);
     // The owner comes back before the dialog goes, or another program's window would be activated.
-    if (owner != nullptr) EnableWindow(owner, TRUE);
+    if (ownerWasEnabled) EnableWindow(owner, TRUE);
     destroy();
     return result_.value_or(-1);
 }
@@ -51,6 +54,11 @@ bool Dialog::create(HWND owner) {
 
 void Dialog::endDialog(int result) {
     if (!result_) result_ = result;
+    bool runsModally = false;
+    for (const Dialog* dialog = topModal_; dialog != nullptr; dialog = dialog->beneath_)
+        runsModally = runsModally || dialog == this;
+    for (Dialog* dialog = topModal_; runsModally && dialog != this; dialog = dialog->beneath_)
+        if (!dialog->result_) dialog->result_ = IDCANCEL;
     // The loop may be waiting for a message.
     PostMessageA(window_, WM_NULL, 0, 0);
 }

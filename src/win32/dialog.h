@@ -21,7 +21,7 @@ class Dialog {
     Dialog& operator=(const Dialog&) = delete;
 
     // Shows the dialog, disables `owner` and handles messages until endDialog(). Returns its result, or -1 when the
-    // window could not be made.
+    // window could not be made. An owner that was disabled before stays so.
     int runModal(HWND owner);
     // Makes and shows the window and returns; false when it could not be made.
     bool createModeless(HWND owner);
@@ -49,7 +49,11 @@ class Dialog {
     // Sees a message of this dialog's loop before the dialog keys do.
     virtual bool onPreview(MSG&) { return false; }
 
+    // Ends the modal run, and as cancelled those of the dialogs that run on top of it.
     void endDialog(int result);
+    // The window of the dialog that runs on top of all others: what comes up by itself is owned by it. Null when none
+    // runs.
+    static HWND topModalWindow() { return topModal_ != nullptr ? topModal_->window_ : nullptr; }
 
     const Resources& resources() const { return resources_; }
     HWND control(unsigned id) const { return GetDlgItem(window_, static_cast<int>(id)); }
@@ -72,6 +76,8 @@ class Dialog {
     unsigned templateId_;
     HWND window_ = nullptr;
     std::optional<int> result_;
+    Dialog* beneath_ = nullptr;                 // the dialog on top of which this one runs
+    static inline Dialog* topModal_ = nullptr;  // user-interface thread
 };
 
 // A modal box with an OK button.

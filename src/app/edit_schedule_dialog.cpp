@@ -58,13 +58,15 @@ void CEditScheduleDlg::insertTabs() {
         item.pszText = text.data();
         SendMessageA(tabs, TCM_INSERTITEMA, day, reinterpret_cast<LPARAM>(&item));
     }
-    // Only the strip: what a tab control draws beneath it would cover the lists.
-    RECT size{};
+    // Seven equal tabs fill the strip. It is no higher than they are: what a tab control draws beneath would cover the
+    // lists.
+    RECT strip{};
     RECT tab{};
-    GetWindowRect(tabs, &size);
+    GetClientRect(tabs, &strip);
     SendMessageA(tabs, TCM_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&tab));
-    SetWindowPos(tabs, nullptr, 0, 0, size.right - size.left, tab.bottom + scale(2),
-                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    const int width = (strip.right - 2 * tab.left) / WeekMask::kDays;
+    SendMessageA(tabs, TCM_SETITEMSIZE, 0, MAKELPARAM(width, tab.bottom - tab.top));
+    SetWindowPos(tabs, nullptr, 0, 0, strip.right, tab.bottom + scale(2), SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 // The box opens empty: grey letters in it tell which Schedule this is.

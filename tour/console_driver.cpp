@@ -28,6 +28,12 @@ class RemoteMemory {
     void write(const T& value) {
         WriteProcessMemory(process_, address_, &value, sizeof value, nullptr);
     }
+    template <typename T>
+    T read() const {
+        T value{};
+        ReadProcessMemory(process_, address_, &value, sizeof value, nullptr);
+        return value;
+    }
     std::string readText(std::size_t offset, std::size_t size) const {
         std::string text(size, '\0');
         ReadProcessMemory(process_, at(offset), text.data(), size, nullptr);
@@ -184,6 +190,54 @@ void ConsoleDriver::click(HWND dialog, unsigned controlId) {
     PostMessageA(GetDlgItem(dialog, static_cast<int>(controlId)), BM_CLICK, 0, 0);
 }
 
+void ConsoleDriver::clickRow(HWND dialog, unsigned listId, int row) {
+    clickItem(GetDlgItem(dialog, static_cast<int>(listId)), LVM_GETITEMRECT, row, false);
+}
+
+void ConsoleDriver::doubleClickRow(HWND dialog, unsigned listId, int row) {
+    clickItem(GetDlgItem(dialog, static_cast<int>(listId)), LVM_GETITEMRECT, row, true);
+}
+
+void ConsoleDriver::clickTab(HWND dialog, unsigned tabsId, int tab) {
+    clickItem(GetDlgItem(dialog, static_cast<int>(tabsId)), TCM_GETITEMRECT, tab, false);
+}
+
+// `message` asks the control for the item's rectangle.
+void ConsoleDriver::clickItem(HWND control, UINT message, int item, bool twice) {
+    RemoteMemory memory(process_, kStructRoom);
+    RECT area{};
+    area.left = LVIR_LABEL;
+    memory.write(area);
+    if (SendMessageA(control, message, static_cast<WPARAM>(item), reinterpret_cast<LPARAM>(memory.at(0))) == 0) return;
+    area = memory.read<RECT>();
+    const LPARAM at = MAKELPARAM(area.left + 8, (area.top + area.bottom) / 2);
+    PostMessageA(control, WM_LBUTTONDOWN, MK_LBUTTON, at);
+    PostMessageA(control, WM_LBUTTONUP, 0, at);
+    if (!twice) return;
+    PostMessageA(control, WM_LBUTTONDBLCLK, MK_LBUTTON, at);
+    PostMessageA(control, WM_LBUTTONUP, 0, at);
+}
+
+bool ConsoleDriver::chooseEntry(HWND dialog, unsigned listId, const std::string& text) {
+    const HWND list = GetDlgItem(dialog, static_cast<int>(listId));
+    const LRESULT entry =
+        SendMessageA(list, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(text.c_str()));
+    if (entry == CB_ERR || !IsWindowEnabled(list)) return false;
+    SendMessageA(list, CB_SETCURSEL, static_cast<WPARAM>(entry), 0);
+    // A message box may answer the choice.
+    PostMessageA(dialog, WM_COMMAND, MAKEWPARAM(listId, CBN_SELCHANGE), reinterpret_cast<LPARAM>(list));
+    return true;
+}
+
+std::string ConsoleDriver::selectedEntry(HWND dialog, unsigned listId) {
+    // The text, because a list's entries cannot be read from another process.
+    return textOf(dialog, listId);
+}
+
+bool ConsoleDriver::isEnabled(HWND dialog, unsigned controlId) {
+    return IsWindowEnabled(GetDlgItem(dialog, static_cast<int>(controlId))) != 0;
+}
+
 void ConsoleDriver::choose(unsigned command) {
     PostMessageA(mainWindow(), WM_COMMAND, command, 0);
 }
@@ -214,22 +268,31 @@ int ConsoleDriver::selectedRow() {
     return static_cast<int>(SendMessageA(eventList(), LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
 }
 
-std::string ConsoleDriver::readCell(int row, int column) {
+std::string ConsoleDriver::readCell(HWND list, int row, int column) {
     RemoteMemory memory(process_, kStructRoom + kTextRoom);
     LVITEMA item{};
     item.iSubItem = column;
     item.pszText = memory.at(kStructRoom);
     item.cchTextMax = kTextRoom;
     memory.write(item);
-    SendMessageA(eventList(), LVM_GETITEMTEXTA, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(memory.at(0)));
+    SendMessageA(list, LVM_GETITEMTEXTA, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(memory.at(0)));
     return memory.readText(kStructRoom, kTextRoom);
+}
+
+std::vector<std::vector<std::string>> ConsoleDriver::readRows(HWND dialog, unsigned listId, int columns) {
+    const HWND list = GetDlgItem(dialog, static_cast<int>(listId));
+    std::vector<std::vector<std::string>> rows(static_cast<std::size_t>(SendMessageA(list, LVM_GETITEMCOUNT, 0, 0)));
+    for (std::size_t row = 0; row < rows.size(); ++row)
+        for (int column = 0; column < columns; ++column)
+            rows[row].push_back(readCell(list, static_cast<int>(row), column));
+    return rows;
 }
 
 std::vector<EventRow> ConsoleDriver::readEvents() {
     std::vector<EventRow> rows(eventCount());
     for (std::size_t row = 0; row < rows.size(); ++row)
         for (std::size_t column = 0; column < rows[row].size(); ++column)
-            rows[row][column] = readCell(static_cast<int>(row), static_cast<int>(column));
+            rows[row][column] = readCell(eventList(), static_cast<int>(row), static_cast<int>(column));
     return rows;
 }
 
@@ -264,7 +327,7 @@ void ConsoleDriver::selectRow(int row) {
 int ConsoleDriver::rowOf(const std::string& name) {
     const auto count = static_cast<int>(eventCount());
     for (int row = 0; row < count; ++row)
-        if (readCell(row, 0) == name) return row;
+        if (readCell(eventList(), row, 0) == name) return row;
     return -1;
 }
 

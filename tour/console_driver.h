@@ -61,6 +61,16 @@ class ConsoleDriver {
     static void type(HWND dialog, unsigned controlId, const std::string& text);
     // Clicks a button without waiting for what it starts.
     static void click(HWND dialog, unsigned controlId);
+    // Clicks that take their time: without waiting for what they start. A row or tab that is not there is not clicked.
+    void clickRow(HWND dialog, unsigned listId, int row);
+    void doubleClickRow(HWND dialog, unsigned listId, int row);
+    void clickTab(HWND dialog, unsigned tabsId, int tab);
+    // Chooses an entry of a drop-down list by its text and tells the dialog, as an operator's choice does. Returns
+    // false when there is no such entry or the list is disabled.
+    static bool chooseEntry(HWND dialog, unsigned listId, const std::string& text);
+    // The text of a drop-down list's selected entry; empty when nothing is selected.
+    static std::string selectedEntry(HWND dialog, unsigned listId);
+    static bool isEnabled(HWND dialog, unsigned controlId);
     // Chooses a menu item without waiting for what it starts.
     void choose(unsigned command);
 
@@ -69,7 +79,10 @@ class ConsoleDriver {
     // Logs on as admin and waits until the Event list has `rows` rows.
     bool logOn(std::size_t rows);
 
-    // The list's contents, its row count, its selected row (-1 = none) and its column titles.
+    // The texts of a list control: its rows, each with that many columns.
+    std::vector<std::vector<std::string>> readRows(HWND dialog, unsigned listId, int columns);
+
+    // The Event list's contents, its row count, its selected row (-1 = none) and its column titles.
     std::vector<EventRow> readEvents();
     std::size_t eventCount();
     int selectedRow();
@@ -85,7 +98,8 @@ class ConsoleDriver {
 
   private:
     HWND eventList();
-    std::string readCell(int row, int column);
+    std::string readCell(HWND list, int row, int column);
+    void clickItem(HWND control, UINT message, int item, bool twice);
 
     HANDLE process_ = nullptr;
     DWORD processId_ = 0;

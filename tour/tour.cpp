@@ -29,6 +29,7 @@ class Tour {
         printEvents();
         awaitReload();
         showAbout();
+        showSchedules();
         deleteEvent("Barrier lifts");
         logOff();
         logOn();
@@ -109,6 +110,35 @@ class Tour {
         takePicture(about, "about");
         ConsoleDriver::click(about, IDOK);
         require(console_.waitUntilGone(about), "the About box did not close");
+    }
+
+    void showSchedules() {
+        step("Look at the Schedules, and at the hours of one");
+        console_.choose(IDM_SCHEDULES);
+        const HWND list = console_.waitForWindowWith(IDC_SCHEDULE_LIST);
+        require(list != nullptr, "no list of Schedules appeared");
+        require(ConsoleDriver::waitUntil([&] { return !console_.readRows(list, IDC_SCHEDULE_LIST, 1).empty(); }),
+                "the list of Schedules is empty");
+        const auto rows = console_.readRows(list, IDC_SCHEDULE_LIST, 3);
+        for (const auto& row : rows)
+            std::printf("    %-26s %-18s %s\n", row[0].c_str(), row[1].c_str(), row[2].c_str());
+        std::fflush(stdout);
+        console_.clickRow(list, IDC_SCHEDULE_LIST, 3);
+        require(ConsoleDriver::waitUntil([&] { return ConsoleDriver::isEnabled(list, IDC_SCHEDULE_MODIFY); }),
+                "no Schedule could be selected");
+        takePicture(list, "schedules");
+        ConsoleDriver::click(list, IDC_SCHEDULE_MODIFY);
+        const HWND editor = console_.waitForWindowWith(IDC_SCHEDULE_DAY_TABS);
+        require(editor != nullptr, "no schedule editor appeared");
+        console_.clickTab(editor, IDC_SCHEDULE_DAY_TABS, 1);
+        require(ConsoleDriver::waitUntil(
+                    [&] { return !ConsoleDriver::selectedEntry(editor, IDC_SCHEDULE_TIME).starts_with("None"); }),
+                "Monday has no hours");
+        takePicture(editor, "edit-schedule");
+        ConsoleDriver::click(editor, IDCANCEL);
+        require(console_.waitUntilGone(editor), "the schedule editor did not close");
+        ConsoleDriver::click(list, IDOK);
+        require(console_.waitUntilGone(list), "the list of Schedules did not close");
     }
 
     void deleteEvent(const std::string& name) {

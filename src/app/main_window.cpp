@@ -332,7 +332,6 @@ void MainWindow::showChanges(bool isLast) {
 void MainWindow::exitConsole() {
     rememberSize();
     session_.doShutdown();
-    cancelDialogsAbove();
     endDialog(IDOK);
 }
 
@@ -478,7 +477,6 @@ void MainWindow::closePleaseWait() {
 
 void MainWindow::endMainWindow() {
     rememberSize();
-    cancelDialogsAbove();
     endDialog(IDCANCEL);
 }
 

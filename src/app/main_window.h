@@ -82,6 +82,7 @@ class MainWindow final : public win32::Dialog, private SessionHost {
     void runEditor(const EventRecord* event);
     void editSchedules();
     void deleteSelectedEvent();
+    void configureSchedules();
     void runFromList(unsigned command);
 
     // Events from the library

@@ -1,6 +1,7 @@
 #include "model/schedule_list.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "model/variable_path.h"
 
@@ -97,6 +98,13 @@ void ScheduleList::write(const ScheduleRecord& record) {
     link_.setDword(path + "CompleteBits", kComplete);
 }
 
+bool ScheduleList::takeUpdates() {
+    bool any = std::exchange(cleared_, false);
+    for (ScheduleRecord& record : records_)
+        any = std::exchange(record.updated, false) || any;
+    return any;
+}
+
 void ScheduleList::makeDefault() {
     if (!records_.empty()) return;
     ScheduleRecord& record = records_.emplace_back();
@@ -110,6 +118,7 @@ void ScheduleList::makeDefault() {
 void ScheduleList::clear() {
     byPath_.clear();
     records_.clear();
+    cleared_ = true;
     makeDefault();
 }
 

@@ -31,6 +31,10 @@ class ScheduleList final : public VariableOwner {
     ScheduleRecord& add(const ScheduleRecord& record);
     void write(const ScheduleRecord& record);
 
+    // Whether a record came, changed or went since the last call. Clears every record's `updated` flag: the schedule
+    // list, which asks, is what consumes it.
+    bool takeUpdates();
+
     // Makes the built-in Schedule when the list is empty.
     void makeDefault();
     void clear();
@@ -50,6 +54,7 @@ class ScheduleList final : public VariableOwner {
     std::list<ScheduleRecord> records_;
     // By the path component under which a record was made, whatever a Key value named it since.
     std::unordered_map<std::string, ScheduleRecord*> byPath_;
+    bool cleared_ = false;  // since the last takeUpdates()
 };
 
 }  // namespace orvc

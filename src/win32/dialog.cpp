@@ -22,13 +22,22 @@ std::vector<Dialog*>& runningDialogs() {
     return dialogs;
 }
 
-// Answers a message box or another dialog of Windows' own with No or Cancel.
-BOOL CALLBACK cancelForeignDialog(HWND window, LPARAM) {
+bool isOwnedBy(HWND window, HWND owner) {
+    while (window != nullptr && window != owner)
+        window = GetWindow(window, GW_OWNER);
+    return window != nullptr;
+}
+
+// Answers a message box or another dialog of Windows' own above `dialogWindow` with No or Cancel.
+BOOL CALLBACK cancelForeignDialog(HWND window, LPARAM dialogWindow) {
     char className[16] = "";
     GetClassNameA(window, className, sizeof className);
     const bool isOurs =
         std::ranges::any_of(runningDialogs(), [window](Dialog* dialog) { return dialog->window() == window; });
-    if (lstrcmpiA(className, "#32770") != 0 || isOurs || !IsWindowVisible(window)) return TRUE;
+    const HWND owner = reinterpret_cast<HWND>(dialogWindow);
+    if (lstrcmpiA(className, "#32770") != 0 || isOurs || !IsWindowVisible(window) || window == owner ||
+        !isOwnedBy(window, owner))
+        return TRUE;
     PostMessageA(window, WM_COMMAND, GetDlgItem(window, IDNO) != nullptr ? IDNO : IDCANCEL, 0);
     return TRUE;
 }
@@ -71,13 +80,15 @@ bool Dialog::create(HWND owner) {
 }
 
 void Dialog::endDialog(int result) {
-    if (!result_) result_ = result;
+    if (result_) return;
+    result_ = result;
+    cancelDialogsAbove();
     // The loop may be waiting for a message.
     PostMessageA(window_, WM_NULL, 0, 0);
 }
 
 void Dialog::cancelDialogsAbove() {
-    EnumThreadWindows(GetCurrentThreadId(), cancelForeignDialog, 0);
+    EnumThreadWindows(GetCurrentThreadId(), cancelForeignDialog, reinterpret_cast<LPARAM>(window_));
     for (auto dialog = runningDialogs().rbegin(); dialog != runningDialogs().rend() && *dialog != this; ++dialog)
         (*dialog)->endDialog(IDCANCEL);
 }

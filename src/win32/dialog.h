@@ -21,7 +21,7 @@ class Dialog {
     Dialog& operator=(const Dialog&) = delete;
 
     // Shows the dialog, disables `owner` and handles messages until endDialog(). Returns its result, or -1 when the
-    // window could not be made.
+    // window could not be made. An owner that was disabled before stays so.
     int runModal(HWND owner);
     // Makes and shows the window and returns; false when it could not be made.
     bool createModeless(HWND owner);
@@ -52,9 +52,8 @@ class Dialog {
     // Sees a message of this dialog's loop before the dialog keys do.
     virtual bool onPreview(MSG&) { return false; }
 
+    // Ends the modal run with this result, and those of the dialogs and message boxes above it as cancelled.
     void endDialog(int result);
-    // Cancels every dialog and message box that runs above this one, the uppermost first.
-    void cancelDialogsAbove();
 
     const Resources& resources() const { return resources_; }
     HWND control(unsigned id) const { return GetDlgItem(window_, static_cast<int>(id)); }
@@ -70,6 +69,7 @@ class Dialog {
 
   private:
     bool create(HWND owner);
+    void cancelDialogsAbove();
     INT_PTR handle(UINT message, WPARAM wParam, LPARAM lParam);
     static INT_PTR CALLBACK dialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 

@@ -6,6 +6,7 @@
 
 #include <set>
 #include <string>
+#include <utility>
 
 #include "resources/resource.h"
 #include "windows/console_fixture.h"
@@ -31,7 +32,8 @@ INT_PTR CALLBACK ignore(HWND, UINT, WPARAM, LPARAM) {
 }
 
 TEST_F(ResourcesTest, EveryDialogOpensWithItsControlsInsideAndApart) {
-    for (const unsigned id : {IDD_ABOUT, IDD_MAIN, IDD_LOGON, IDD_PLEASE_WAIT}) {
+    for (const unsigned id :
+         {IDD_ABOUT, IDD_MAIN, IDD_LOGON, IDD_PLEASE_WAIT, IDD_CONFIGURE_SCHEDULES, IDD_EDIT_SCHEDULE}) {
         const HWND dialog = CreateDialogParamA(program_, MAKEINTRESOURCEA(id), nullptr, ignore, 0);
         ASSERT_NE(dialog, nullptr) << id;
         RECT client{};
@@ -63,6 +65,14 @@ TEST_F(ResourcesTest, MenusIconAndTextsAreThere) {
         char text[256] = "";
         EXPECT_GT(LoadStringA(program_, id, text, sizeof text), 0) << id;
     }
+    const std::pair<unsigned, unsigned> ranges[] = {{IDS_COLUMN_SCHEDULE_NAME, IDS_COLUMN_TIMES},
+                                                    {IDS_DAY_TAB_SUNDAY, IDS_DAY_TAB_SATURDAY},
+                                                    {IDS_PERIOD_NO_END, IDS_SCHEDULE_RENAME_HINT}};
+    for (const auto& [first, last] : ranges)
+        for (unsigned id = first; id <= last; ++id) {
+            char text[256] = "";
+            EXPECT_GT(LoadStringA(program_, id, text, sizeof text), 0) << id;
+        }
 }
 
 }  // namespace

@@ -1,0 +1,45 @@
+// The schedule editor's window; its rules are ScheduleForm's.
+#pragma once
+
+#include "editors/schedule/schedule_form.h"
+#include "win32/dialog.h"
+
+namespace orvc {
+
+// Purpose: edits a Schedule's name and, one day at a time, its periods. runModal() returns IDOK for Save; anything else
+// is Cancel. Days that were left for another one are in the record either way.
+// Thread: user-interface thread. Lifetime: the record is the caller's own and outlives the dialog.
+class CEditScheduleDlg final : public win32::Dialog {
+  public:
+    CEditScheduleDlg(const win32::Resources& resources, ScheduleRecord& record);
+
+  private:
+    bool onInit() override;
+    bool onCommand(unsigned id, unsigned notification) override;
+    std::optional<LRESULT> onNotify(NMHDR& header) override;
+
+    void fillLists();
+    void insertTabs();
+    void showNameHint();
+
+    // Between the form and the controls.
+    void showForm();
+    void readControls();
+    void enableControls();
+
+    void changeName();
+    void changeHour(int time);
+    void changeDay(int day);
+    void save();
+    void showError(unsigned message);
+
+    void addEntry(unsigned list, const std::string& text);
+    int selectedEntry(unsigned list) const;
+    void selectEntry(unsigned list, int entry);
+
+    ScheduleForm form_;
+    std::string recordName_;
+    bool showing_ = false;  // the controls are changed by us, not by the operator
+};
+
+}  // namespace orvc

@@ -1,0 +1,36 @@
+// A Schedule while the editor has it: a copy, and how it comes back into the list.
+#pragma once
+
+#include <string>
+
+#include "model/schedule_list.h"
+
+namespace orvc {
+
+// Purpose: lets the editor write into a record of its own while the list's records come and go.
+// Thread: user-interface thread.
+// Guarantees: days that the operator did not change stay as the list has them by then.
+class ScheduleEdit {
+  public:
+    // A new Schedule: no name, no slot on.
+    explicit ScheduleEdit(std::string key);
+    // A Schedule of the list.
+    explicit ScheduleEdit(const ScheduleRecord& listed);
+
+    // What the editor shows and changes. Its key and mask are present.
+    ScheduleRecord& record() { return record_; }
+
+    // Writes the Schedule to the server: into its record in the list, or as a new one when the list has none (any
+    // more).
+    void save(ScheduleList& schedules) const;
+    // Writes nothing. Days that were committed before the operator cancelled stay, here, in the list's record.
+    void cancel(ScheduleList& schedules) const;
+
+  private:
+    void takeDaysOver(ScheduleRecord& listed) const;
+
+    ScheduleRecord record_;
+    WeekMask before_;
+};
+
+}  // namespace orvc

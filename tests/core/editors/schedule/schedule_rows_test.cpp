@@ -1,0 +1,137 @@
+#include "editors/schedule/schedule_rows.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "resources/resource.h"
+
+namespace orvc {
+namespace {
+
+class Strings final : public StringTable {
+  public:
+    std::string text(unsigned id) const override {
+        switch (id) {
+            case IDS_EVERY_DAY:
+                return "Every Day";
+            case IDS_NO_DAYS:
+                return "<none>";
+            case IDS_ALL_DAY:
+                return "All Day";
+            case IDS_VARIABLE_TIMES:
+                return "Variable";
+            default:
+                return {};
+        }
+    }
+};
+
+std::string upperCase(std::string_view name) {
+    std::string key(name);
+    std::ranges::transform(key, key.begin(), [](char c) { return c >= 'a' && c <= 'z' ? char(c - 'a' + 'A') : c; });
+    return key;
+}
+
+ScheduleRecord record(std::optional<std::string> key, std::optional<std::string> name,
+                      std::optional<WeekMask> hours = WeekMask{}) {
+    ScheduleRecord made;
+    made.key = std::move(key);
+    made.name = std::move(name);
+    made.hours = hours;
+    return made;
+}
+
+ScheduleRecord builtIn() {
+    return record("{Default}", "All Days, All Day", WeekMask::everySlot());
+}
+
+class ScheduleRowsTest : public testing::Test {
+  protected:
+    std::string keys() const {
+        std::string text;
+        for (std::size_t row = 0; row < rows_.size(); ++row)
+            text += rows_.at(row).key + " ";
+        return text;
+    }
+
+    Strings strings_;
+    ScheduleRows rows_{strings_, upperCase};
+};
+
+TEST_F(ScheduleRowsTest, ListsWhatHasANameAndAMaskByNameAndKeyUnderTheBuiltInOne) {
+    EXPECT_TRUE(
+        rows_.fill({record("k1", "nights"), record("K2", "Nights"), record("a", "Weekends"), record("x", std::nullopt),
+                    record("y", "No mask", std::nullopt), record(std::nullopt, "No key"), builtIn(),
+                    record("b", "LATE"), record("c", "late"), record("e", ""), record("B", "Late")}));
+    EXPECT_EQ(keys(), "{Default} e B b c K2 k1 a ");
+    // The built-in one is listed whatever it lacks.
+    rows_.fill({record("a", "Weekends"), record("{Default}", std::nullopt, std::nullopt)});
+    EXPECT_EQ(keys(), "{Default} a ");
+}
+
+TEST_F(ScheduleRowsTest, SummariesTellWhichDaysAreUsedAndWhetherAllAreWhole) {
+    const auto maskOf = [](const std::vector<int>& wholeDays, const std::vector<int>& lastSlots) {
+        WeekMask mask;
+        for (const int day : wholeDays)
+            for (int slot = 0; slot < WeekMask::kSlotsPerDay; ++slot)
+                mask.set(day, slot);
+        for (const int day : lastSlots)
+            mask.set(day, 47);
+        return mask;
+    };
+    const struct {
+        WeekMask mask;
+        const char* days;
+        const char* times;
+    } cases[] = {
+        {{}, "<none>", "Variable"},
+        {WeekMask::everySlot(), "Every Day", "All Day"},
+        {maskOf({0, 1, 2, 3, 4, 5}, {6}), "Every Day", "Variable"},
+        {maskOf({0, 1, 2, 3, 4, 5}, {}), "Su Mo Tu We Th Fr ", "Variable"},
+        {maskOf({}, {0, 6}), "Su Sa ", "Variable"},
+        {maskOf({1, 2, 3, 4, 5}, {}), "Mo Tu We Th Fr ", "Variable"},
+    };
+    for (const auto& test : cases) {
+        rows_.fill({builtIn(), record("k", "Name", test.mask)});
+        EXPECT_EQ(rows_.at(1).days, test.days);
+        EXPECT_EQ(rows_.at(1).times, test.times);
+    }
+}
+
+TEST_F(ScheduleRowsTest, RowZeroAndNoRowSelectNothing) {
+    rows_.fill({builtIn(), record("a", "A"), record("b", "B")});
+    for (const int row : {0, -1, 3}) {
+        rows_.select(2);
+        EXPECT_EQ(rows_.selectedKey(), "b");
+        rows_.select(row);
+        EXPECT_EQ(rows_.selectedKey(), std::nullopt) << row;
+    }
+}
+
+TEST_F(ScheduleRowsTest, TheSelectionFollowsItsScheduleAndEndsWithIt) {
+    rows_.fill({builtIn(), record("a", "A"), record("b", "B")});
+    rows_.select(1);
+    EXPECT_FALSE(rows_.fill({record("b", "B"), builtIn(), record("a", "A")}));
+    EXPECT_TRUE(rows_.fill({builtIn(), record("a", "Z"), record("b", "B")}));
+    EXPECT_EQ(rows_.selectedRow(), 2u);
+    EXPECT_TRUE(rows_.fill({builtIn()}));
+    EXPECT_EQ(rows_.selectedRow(), std::nullopt);
+    // It does not come back with a Schedule that does.
+    rows_.fill({builtIn(), record("a", "A")});
+    EXPECT_EQ(rows_.selectedRow(), std::nullopt);
+}
+
+TEST_F(ScheduleRowsTest, ARemovedRowStaysAwayWhateverArrives) {
+    rows_.fill({builtIn(), record("a", "A"), record("b", "B")});
+    rows_.select(1);
+    rows_.removeSelected();
+    EXPECT_EQ(keys(), "{Default} b ");
+    EXPECT_EQ(rows_.selectedKey(), std::nullopt);
+    rows_.removeSelected();
+    rows_.fill({builtIn(), record("a", "A again"), record("b", "B"), record("c", "C")});
+    EXPECT_EQ(keys(), "{Default} b c ");
+}
+
+}  // namespace
+}  // namespace orvc

@@ -1,0 +1,350 @@
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <algorithm>
+#include <array>
+
+#include "windows/console_fixture.h"
+
+namespace orvc::test {
+namespace {
+
+using driver::ConsoleDriver;
+using Row = std::vector<std::string>;
+
+enum Time { kStart1, kEnd1, kStart2, kEnd2, kStart3, kEnd3 };
+
+constexpr unsigned hourList(int time) {
+    return IDC_SCHEDULE_TIME + static_cast<unsigned>(3 * time);
+}
+
+class ScheduleDialogsTest : public ConsoleTest {
+  protected:
+    void openList(const std::string& options = {}) {
+        startConsole(options);
+        ASSERT_TRUE(console_.logOn(kBuildingEvents));
+        ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return traceHas("KSSysVarSubscribe"); }));
+        reopenList();
+        ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return rows().size() == 6; }));
+    }
+    void reopenList() {
+        console_.choose(IDM_SCHEDULES);
+        list_ = console_.waitForWindowWith(IDC_SCHEDULE_LIST);
+        ASSERT_NE(list_, nullptr);
+    }
+    void closeList() {
+        ConsoleDriver::click(list_, IDOK);
+        ASSERT_TRUE(console_.waitUntilGone(list_));
+    }
+    std::vector<Row> rows() { return console_.readRows(list_, IDC_SCHEDULE_LIST, 3); }
+    std::vector<std::string> names() {
+        std::vector<std::string> names;
+        for (const Row& row : rows())
+            names.push_back(row[0]);
+        return names;
+    }
+    // Clicks a row and waits for what the buttons say about it.
+    void clickRow(int row, bool selects) {
+        console_.clickRow(list_, IDC_SCHEDULE_LIST, row);
+        EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return buttons() == (selects ? "New Modify Delete " : "New "); }))
+            << row;
+    }
+    std::string buttons() {
+        std::string enabled;
+        for (const unsigned id : {IDC_SCHEDULE_NEW, IDC_SCHEDULE_MODIFY, IDC_SCHEDULE_DELETE})
+            if (ConsoleDriver::isEnabled(list_, id)) enabled += ConsoleDriver::textOf(list_, id) + " ";
+        return enabled;
+    }
+
+    void waitForEditor() {
+        editor_ = console_.waitForWindowWith(IDC_SCHEDULE_DAY_TABS);
+        ASSERT_NE(editor_, nullptr);
+    }
+    void closeEditor(unsigned button) {
+        ConsoleDriver::click(editor_, button);
+        waitForList();
+    }
+    // What the editor was closed with has been done when the list's dialog answers.
+    void waitForList() {
+        ASSERT_TRUE(console_.waitUntilGone(editor_));
+        ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return IsWindowEnabled(list_) != 0; }));
+        SendMessageA(list_, WM_NULL, 0, 0);
+    }
+    // "09:30 AM"; an empty text for a list in which nothing is selected.
+    std::string time(int time) {
+        const unsigned list = hourList(time);
+        return ConsoleDriver::selectedEntry(editor_, list) + ":" + ConsoleDriver::selectedEntry(editor_, list + 1) +
+               " " + ConsoleDriver::selectedEntry(editor_, list + 2);
+    }
+    bool isDetailEnabled(int time) {
+        return ConsoleDriver::isEnabled(editor_, hourList(time) + 1) &&
+               ConsoleDriver::isEnabled(editor_, hourList(time) + 2);
+    }
+    void setTime(int time, const std::string& hour, const std::string& minute = {}, const std::string& half = {}) {
+        const unsigned list = hourList(time);
+        ASSERT_TRUE(ConsoleDriver::chooseEntry(editor_, list, hour));
+        ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return isDetailEnabled(time) == (hour != "None"); }));
+        if (hour == "None") return;
+        ASSERT_TRUE(ConsoleDriver::chooseEntry(editor_, list + 1, minute));
+        ASSERT_TRUE(ConsoleDriver::chooseEntry(editor_, list + 2, half));
+    }
+    int shownDay() {
+        return static_cast<int>(SendMessageA(GetDlgItem(editor_, IDC_SCHEDULE_DAY_TABS), TCM_GETCURSEL, 0, 0));
+    }
+    void changeDay(int day) {
+        console_.clickTab(editor_, IDC_SCHEDULE_DAY_TABS, day);
+        ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return shownDay() == day; }));
+        // What the click started has ended when the dialog answers.
+        SendMessageA(editor_, WM_NULL, 0, 0);
+    }
+    void expectError(const std::string& text) {
+        const HWND box = console_.waitForMessageBox();
+        ASSERT_NE(box, nullptr) << text;
+        EXPECT_EQ(ConsoleDriver::messageText(box), text);
+        EXPECT_EQ(ConsoleDriver::textOf(box), "Error");
+        ConsoleDriver::click(box, IDOK);
+        ASSERT_TRUE(console_.waitUntilGone(box));
+    }
+
+    std::vector<std::string> writes() const {
+        std::vector<std::string> calls = tracedCalls();
+        std::erase_if(calls, [](const std::string& call) { return !call.starts_with("KSSysVarSetValue"); });
+        return calls;
+    }
+    bool traceHas(const std::string& prefix) const {
+        return std::ranges::any_of(tracedCalls(), [&](const std::string& call) { return call.starts_with(prefix); });
+    }
+
+    HWND list_ = nullptr;
+    HWND editor_ = nullptr;
+};
+
+// The four writes of one Schedule under a key of the GUID form; `hours` without the zeros at its end.
+void expectWritten(const std::vector<std::string>& writes, const std::string& name, std::string hours) {
+    ASSERT_EQ(writes.size(), 4u);
+    const std::string path = writes[0].substr(0, writes[0].find("\\Name ") + 1);
+    const std::string key = path.substr(path.find('{'), 38);
+    EXPECT_EQ(path, "KSSysVarSetValue \\ORVS\\Schedules\\" + key + "\\");
+    hours.resize(84, '0');
+    EXPECT_EQ(writes[0], path + "Name 0xC0000001 \"" + name + "\" " + std::to_string(name.size()));
+    EXPECT_EQ(writes[1], path + "Key 0xC0000001 \"" + key + "\" 38");
+    EXPECT_EQ(writes[2], path + "Hours 0xC0000001 \"" + hours + "\" 84");
+    EXPECT_EQ(writes[3], path + "CompleteBits 0xC0000004 1 4");
+}
+
+TEST_F(ScheduleDialogsTest, ListsEverySchedulesDaysAndTimesAndProtectsTheBuiltInOne) {
+    openList();
+    EXPECT_EQ(rows(), (std::vector<Row>{{"All Days, All Day", "Every Day", "All Day"},
+                                        {"Around the clock", "Every Day", "All Day"},
+                                        {"Nights", "Every Day", "Variable"},
+                                        {"Office hours", "Mo Tu We Th Fr ", "Variable"},
+                                        {"Visiting hours", "Every Day", "Variable"},
+                                        {"Weekends", "Su Sa ", "Variable"}}));
+    EXPECT_EQ(buttons(), "New ");
+    clickRow(2, true);
+    clickRow(0, false);
+    console_.doubleClickRow(list_, IDC_SCHEDULE_LIST, 0);
+    EXPECT_EQ(console_.waitForWindowWith(IDC_SCHEDULE_DAY_TABS, 300), nullptr);
+    EXPECT_EQ(buttons(), "New ");
+    EXPECT_FALSE(IsWindowEnabled(console_.mainWindow()));
+    closeList();
+    EXPECT_TRUE(IsWindowEnabled(console_.mainWindow()));
+    exitConsole();
+}
+
+TEST_F(ScheduleDialogsTest, ANewScheduleIsWrittenAndListedByItsName) {
+    openList();
+    ConsoleDriver::click(list_, IDC_SCHEDULE_NEW);
+    waitForEditor();
+    EXPECT_EQ(ConsoleDriver::textOf(editor_), "Edit Schedule");
+    EXPECT_EQ(ConsoleDriver::textOf(editor_, IDC_SCHEDULE_NAME), "");
+    EXPECT_FALSE(ConsoleDriver::isEnabled(editor_, IDOK));
+    for (int t = kStart1; t <= kEnd3; ++t) {
+        EXPECT_EQ(time(t), "None:00 AM") << t;
+        EXPECT_FALSE(isDetailEnabled(t)) << t;
+    }
+    ConsoleDriver::type(editor_, IDC_SCHEDULE_NAME, "mornings");
+    EXPECT_TRUE(ConsoleDriver::isEnabled(editor_, IDOK));
+    setTime(kStart1, "12", "00", "AM");
+    setTime(kEnd1, "02", "30", "AM");
+    EXPECT_FALSE(isDetailEnabled(kStart2));
+    changeDay(1);
+    EXPECT_EQ(time(kStart1), "None:00 AM");
+    setTime(kStart1, "11", "30", "PM");
+    setTime(kEnd1, "12", "00", "AM");
+    closeEditor(IDOK);
+    EXPECT_EQ(rows()[2], (Row{"mornings", "Su Mo ", "Variable"}));
+    EXPECT_EQ(buttons(), "New ");
+    expectWritten(writes(), "mornings", "1f0000000000000000000080");
+    closeList();
+    exitConsole();
+
+    // The server has it too.
+    startConsole();
+    ASSERT_TRUE(console_.logOn(kBuildingEvents));
+    reopenList();
+    EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return rows().size() == 7; }));
+    EXPECT_EQ(rows()[2], (Row{"mornings", "Su Mo ", "Variable"}));
+}
+
+TEST_F(ScheduleDialogsTest, ModifyWritesTheScheduleAndMovesItsRow) {
+    openList();
+    console_.doubleClickRow(list_, IDC_SCHEDULE_LIST, 3);
+    waitForEditor();
+    // The name has to be typed again.
+    EXPECT_EQ(ConsoleDriver::textOf(editor_, IDC_SCHEDULE_NAME), "");
+    EXPECT_FALSE(ConsoleDriver::isEnabled(editor_, IDOK));
+    changeDay(1);
+    EXPECT_EQ(time(kStart1), "08:00 AM");
+    EXPECT_EQ(time(kEnd1), "06:00 PM");
+    EXPECT_TRUE(isDetailEnabled(kStart1));
+    setTime(kStart1, "None");
+    ConsoleDriver::type(editor_, IDC_SCHEDULE_NAME, "Zone hours");
+    closeEditor(IDOK);
+    EXPECT_EQ(names(), (std::vector<std::string>{"All Days, All Day", "Around the clock", "Nights", "Visiting hours",
+                                                 "Weekends", "Zone hours"}));
+    EXPECT_EQ(rows()[5][1], "Tu We Th Fr ");
+    const std::string workday = "0000ffff0f00";
+    expectWritten(writes(), "Zone hours", std::string(24, '0') + workday + workday + workday + workday);
+    // The Schedule is still selected.
+    EXPECT_EQ(buttons(), "New Modify Delete ");
+    ConsoleDriver::click(list_, IDC_SCHEDULE_MODIFY);
+    waitForEditor();
+    changeDay(2);
+    EXPECT_EQ(time(kStart1), "08:00 AM");
+    closeEditor(IDCANCEL);
+    EXPECT_EQ(writes().size(), 4u);
+}
+
+TEST_F(ScheduleDialogsTest, CancelWritesNothingAndKeepsTheDaysThatWereLeft) {
+    openList();
+    console_.doubleClickRow(list_, IDC_SCHEDULE_LIST, 3);
+    waitForEditor();
+    setTime(kStart1, "09", "00", "AM");
+    setTime(kEnd1, "10", "00", "AM");
+    changeDay(6);
+    setTime(kStart1, "09", "00", "AM");  // on a day that is not left
+    closeEditor(IDCANCEL);
+    EXPECT_EQ(rows()[3], (Row{"Office hours", "Su Mo Tu We Th Fr ", "Variable"}));
+    ConsoleDriver::click(list_, IDC_SCHEDULE_MODIFY);
+    waitForEditor();
+    EXPECT_EQ(time(kStart1), "09:00 AM");
+    EXPECT_EQ(time(kEnd1), "10:00 AM");
+    changeDay(6);
+    EXPECT_EQ(time(kStart1), "None:00 AM");
+    closeEditor(IDCANCEL);
+    EXPECT_TRUE(writes().empty());
+}
+
+TEST_F(ScheduleDialogsTest, DeleteTakesOnlyTheRowAway) {
+    openList();
+    clickRow(2, true);
+    ConsoleDriver::click(list_, IDC_SCHEDULE_DELETE);
+    ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return rows().size() == 5; }));
+    EXPECT_EQ(console_.findMessageBox(), nullptr);
+    EXPECT_EQ(rows()[2][0], "Office hours");
+    EXPECT_EQ(buttons(), "New ");
+    closeList();
+    reopenList();
+    EXPECT_EQ(rows().size(), 6u);
+    EXPECT_TRUE(writes().empty());
+    EXPECT_FALSE(traceHas("KSSysVarCreateKey \\ORVS\\Schedules"));
+}
+
+TEST_F(ScheduleDialogsTest, AFailedCheckTellsItsMessageAndKeepsTheDay) {
+    struct Case {
+        std::array<const char*, 6> hours;  // all AM, on the hour; "None" where null
+        const char* message;
+    };
+    const Case cases[] = {
+        {{"09", nullptr}, "Must specify END time"},
+        {{"09", "08"}, "End time must be after Start Time"},
+        {{"09", "10", "11", nullptr}, "Must specify END time 2"},
+        {{"09", "10", "08", "11"}, "Start time 2 must be after End Time 1"},
+        {{"01", "02", "05", "04"}, "End time 2 must be after Start Time 2"},
+        {{"01", "02", "03", "04", "05", nullptr}, "Must specify END time 3"},
+        {{"01", "02", "04", "06", "05", "07"}, "Start time 3 must be after End Time 2"},
+        {{"01", "02", "03", "04", "06", "05"}, "End time 3 must be after Start Time 3"},
+    };
+    openList();
+    ConsoleDriver::click(list_, IDC_SCHEDULE_NEW);
+    waitForEditor();
+    for (const Case& test : cases) {
+        for (int t = kStart1; t <= kEnd3; ++t)
+            if (test.hours[t] != nullptr)
+                setTime(t, test.hours[t], "00", "AM");
+            else
+                setTime(t, "None");
+        console_.clickTab(editor_, IDC_SCHEDULE_DAY_TABS, 3);
+        expectError(test.message);
+        EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return shownDay() == 0; })) << test.message;
+        for (int t = kStart1; t <= kEnd3; ++t) {
+            const std::string hour = test.hours[t] != nullptr ? test.hours[t] : "None";
+            EXPECT_EQ(time(t).substr(0, hour.size() + 1), hour + ":") << test.message;
+        }
+    }
+    // Save tells it too, and closes all the same.
+    ConsoleDriver::type(editor_, IDC_SCHEDULE_NAME, "Broken");
+    ConsoleDriver::click(editor_, IDOK);
+    expectError(cases[7].message);
+    waitForList();
+    expectWritten(writes(), "Broken", "");
+    EXPECT_EQ(rows()[2], (Row{"Broken", "<none>", "Variable"}));
+}
+
+TEST_F(ScheduleDialogsTest, AWholeDayEndsAtAMidnightThatHasToBeChosenAgain) {
+    openList();
+    console_.doubleClickRow(list_, IDC_SCHEDULE_LIST, 1);
+    waitForEditor();
+    EXPECT_EQ(time(kStart1), "12:00 AM");
+    EXPECT_EQ(time(kEnd1), "12:00 ");
+    EXPECT_TRUE(isDetailEnabled(kEnd1));
+    console_.clickTab(editor_, IDC_SCHEDULE_DAY_TABS, 6);
+    expectError("End time must be after Start Time");
+    EXPECT_EQ(time(kEnd1), "12:00 ");
+    ASSERT_TRUE(ConsoleDriver::chooseEntry(editor_, hourList(kEnd1) + 2, "AM"));
+    changeDay(6);
+    EXPECT_EQ(time(kEnd1), "12:00 ");
+    closeEditor(IDCANCEL);
+}
+
+// The server stops while the editor is open: the logon dialog comes on top of it, and nothing that was entered is lost.
+TEST_F(ScheduleDialogsTest, WhatWasEnteredOutlivesAServerStop) {
+    openList("stop-once=6");
+    console_.doubleClickRow(list_, IDC_SCHEDULE_LIST, 4);
+    waitForEditor();
+    ConsoleDriver::type(editor_, IDC_SCHEDULE_NAME, "Afternoons");
+    const HWND logon = console_.logonDialog();
+    ASSERT_NE(logon, nullptr);
+    EXPECT_EQ(GetWindow(logon, GW_OWNER), editor_);
+    EXPECT_FALSE(IsWindowEnabled(editor_));
+    EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return rows().size() == 1; }));
+    ASSERT_TRUE(console_.logOn(kBuildingEvents));
+    EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return rows().size() == 6; }));
+    EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return IsWindowEnabled(editor_) != 0; }));
+    EXPECT_FALSE(IsWindowEnabled(console_.mainWindow()));
+    closeEditor(IDOK);
+    std::string week;
+    for (int day = 0; day < 7; ++day)
+        week += "000000f03f00";
+    expectWritten(writes(), "Afternoons", week);
+    EXPECT_EQ(names(), (std::vector<std::string>{"All Days, All Day", "Afternoons", "Around the clock", "Nights",
+                                                 "Office hours", "Weekends"}));
+    closeList();
+    exitConsole();
+}
+
+TEST_F(ScheduleDialogsTest, ACancelledLogonEndsTheConsoleUnderItsDialogs) {
+    openList("stop-once=4");
+    ConsoleDriver::click(list_, IDC_SCHEDULE_NEW);
+    waitForEditor();
+    const HWND logon = console_.logonDialog();
+    ASSERT_NE(logon, nullptr);
+    ConsoleDriver::click(logon, IDCANCEL);
+    ASSERT_TRUE(console_.waitForEnd());
+    EXPECT_EQ(console_.exitCode(), 0u);
+}
+
+}  // namespace
+}  // namespace orvc::test

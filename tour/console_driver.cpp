@@ -11,6 +11,7 @@ namespace orvc::driver {
 namespace {
 
 constexpr DWORD kPollPause = 10;
+constexpr DWORD kAnswerPatience = 500;
 constexpr int kMessageTextId = 0xFFFF;
 
 // Memory in the console's process, for messages that take a pointer.
@@ -224,8 +225,10 @@ bool ConsoleDriver::chooseEntry(HWND dialog, unsigned listId, const std::string&
         SendMessageA(list, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(text.c_str()));
     if (entry == CB_ERR || !IsWindowEnabled(list)) return false;
     SendMessageA(list, CB_SETCURSEL, static_cast<WPARAM>(entry), 0);
-    // A message box may answer the choice.
-    PostMessageA(dialog, WM_COMMAND, MAKEWPARAM(listId, CBN_SELCHANGE), reinterpret_cast<LPARAM>(list));
+    // Waits for what the choice does, but not for a message box that answers it.
+    DWORD_PTR result = 0;
+    SendMessageTimeoutA(dialog, WM_COMMAND, MAKEWPARAM(listId, CBN_SELCHANGE), reinterpret_cast<LPARAM>(list),
+                        SMTO_NORMAL, kAnswerPatience, &result);
     return true;
 }
 

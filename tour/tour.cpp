@@ -1,15 +1,19 @@
 // The tour: shows a newcomer the real console at work, without a display to look at.
 //
 // Drives ORVSConfig.exe (beside this program) through its windows, prints each step, and saves a picture of each window
-// in the folder that --shots names. Ends with 0 when every step happened, else with 1 and the step that did not.
+// in the folder that --shots names. What it enters is compared with the demo server's installation file, which
+// --installation names. Ends with 0 when every step happened, else with 1 and the step that did not.
 #include <windows.h>
 
 #include <cstdio>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "resources/resource.h"
 #include "tour/console_driver.h"
+#include "tour/event_entry.h"
+#include "tour/stored_installation.h"
 
 namespace orvc::driver {
 namespace {
@@ -18,7 +22,9 @@ constexpr std::size_t kEvents = 20;  // of the demo server's building
 
 class Tour {
   public:
-    explicit Tour(std::string pictures) : pictures_(std::move(pictures)) {}
+    // `pictures`: the folder for them. `installation`: the file in which the demo server keeps its installation.
+    Tour(std::string pictures, std::string installation)
+        : pictures_(std::move(pictures)), installation_(std::move(installation)) {}
 
     void run(const std::string& program) {
         step("Start the console");
@@ -30,10 +36,14 @@ class Tour {
         awaitReload();
         showAbout();
         showSchedules();
+        createSchedule();
+        createEvents();
+        modifyEvent();
         deleteEvent("Barrier lifts");
         logOff();
         logOn();
         require(console_.rowOf("Barrier lifts") == -1, "the deleted Event is back");
+        checkStored();
         step("Exit");
         console_.choose(IDM_EXIT);
         require(console_.waitForEnd(), "the console did not end");
@@ -141,6 +151,144 @@ class Tour {
         require(console_.waitUntilGone(list), "the list of Schedules did not close");
     }
 
+    void createSchedule() {
+        step("Create a Schedule: \"Late shift\", Mondays from 9:30 PM to midnight");
+        console_.choose(IDM_SCHEDULES);
+        const HWND list = console_.waitForWindowWith(IDC_SCHEDULE_LIST);
+        require(list != nullptr, "no list of Schedules appeared");
+        ConsoleDriver::click(list, IDC_SCHEDULE_NEW);
+        const HWND editor = console_.waitForWindowWith(IDC_SCHEDULE_DAY_TABS);
+        require(editor != nullptr, "no schedule editor appeared");
+        ConsoleDriver::type(editor, IDC_SCHEDULE_NAME, kSchedule);
+        console_.clickTab(editor, IDC_SCHEDULE_DAY_TABS, 1);
+        const char* const entries[] = {"09", "30", "PM", "12", "00", "AM"};
+        for (unsigned i = 0; i < 6; ++i)
+            require(ConsoleDriver::waitUntil(
+                        [&] { return ConsoleDriver::chooseEntry(editor, IDC_SCHEDULE_TIME + i, entries[i]); }, 2000),
+                    "a time could not be chosen");
+        takePicture(editor, "new-schedule");
+        ConsoleDriver::click(editor, IDOK);
+        require(console_.waitUntilGone(editor), "the schedule editor did not close");
+        ConsoleDriver::click(list, IDOK);
+        require(console_.waitUntilGone(list), "the list of Schedules did not close");
+    }
+
+    // One for each response, every payload with what its file format has to protect.
+    static std::vector<EventEntry> newEvents() {
+        EventEntry common;
+        common.trigger = "Device Connection Status Change";
+        common.source = "device: Lobby (100002)";
+        common.schedule = kSchedule;
+        common.destination = "group: Nurses";
+        const auto with = [&](const char* name, const char* response, const char* payload) {
+            EventEntry entry = common;
+            entry.name = name;
+            entry.response = response;
+            entry.payload = payload;
+            return entry;
+        };
+        std::vector<EventEntry> events{
+            with("Tour 1, relay on", "Activate Relay", ""),
+            with("Tour 2, relay off", "Deactivate Relay", ""),
+            with("Tour 3, audio", "Send Server Audio Message File", "The door is open"),
+            with("Tour 4, e-mail", "Send Email", ""),
+            with("Tour 5, text file", "Send TTS File from network drive", "\\\\fileserver\\texts\\lobby.txml"),
+            with("Tour 6, spoken", "Send TTS Message", "Doors <A> & <B>\r\nare 100% open"),
+        };
+        events[0].trigger = "Sensor Activation";
+        events[0].timeout = "Trigger after";
+        events[0].timeoutValue = "2";
+        events[0].timeoutUnit = "Minute(s)";
+        events[1].trigger = "Time of Day";
+        events[1].source = "12:15 PM";
+        events[3].trigger = "Server Connection Status Change";
+        events[3].source.clear();
+        events[3].destination.clear();
+        events[3].from = "console@building.example";
+        events[3].to = "porter@building.example; night@building.example";
+        events[3].subject = "Server connection";
+        events[3].message = "The connection changed.\r\n<Please look>";
+        return events;
+    }
+
+    void createEvents() {
+        int number = 0;
+        for (const EventEntry& entry : newEvents()) {
+            step("Create the Event \"" + entry.name + "\"");
+            std::string picture = "event-";
+            picture += std::to_string(++number);
+            console_.choose(IDM_CREATE_EVENT);
+            const HWND editor = console_.waitForWindowWith(IDC_EVENT_TRIGGER);
+            require(editor != nullptr, "no Event editor appeared");
+            enterEvent(console_, editor, entry, [&](HWND subEditor) { takePicture(subEditor, picture + "-payload"); });
+            takePicture(editor, picture);
+            saveEvent(console_, editor);
+            ++expectedEvents_;
+            require(ConsoleDriver::waitUntil([&] { return console_.rowOf(entry.name) >= 0; }), "its row is not there");
+            require(console_.selectedRow() == console_.rowOf(entry.name), "its row is not selected");
+        }
+    }
+
+    void modifyEvent() {
+        step("Modify \"Tour 6, spoken\": another name, switched off");
+        console_.selectRow(console_.rowOf("Tour 6, spoken"));
+        console_.choose(IDM_MODIFY_EVENT);
+        const HWND editor = console_.waitForWindowWith(IDC_EVENT_TRIGGER);
+        require(editor != nullptr, "no Event editor appeared");
+        require(ConsoleDriver::textOf(editor) == "Modify Event", "the editor does not say that it modifies");
+        require(ConsoleDriver::waitUntil([&] {
+                    return ConsoleDriver::textOf(editor, IDC_EVENT_RESPONSE_LINE) == "Play TTS 'Doors <A> & <B>...'";
+                }),
+                "the spoken text did not come back from the server");
+        require(ConsoleDriver::waitUntil([&] { return console_.findWindowWith(IDC_WAIT_TEXT) == nullptr; }),
+                "the please-wait window stayed");
+        ConsoleDriver::type(editor, IDC_EVENT_NAME, "Tour 0, spoken");
+        ConsoleDriver::click(editor, IDC_EVENT_DISABLED);
+        require(ConsoleDriver::waitUntil([&] { return IsDlgButtonChecked(editor, IDC_EVENT_DISABLED) == BST_CHECKED; }),
+                "the Event was not switched off");
+        takePicture(editor, "modify-event");
+        saveEvent(console_, editor);
+        require(ConsoleDriver::waitUntil([&] {
+                    const int row = console_.rowOf("Tour 0, spoken");
+                    return row >= 0 && console_.readEvents()[static_cast<std::size_t>(row)][1] == "Disabled";
+                }),
+                "the list does not show the change");
+    }
+
+    void checkStored() {
+        step("Compare with what the server stored");
+        const StoredInstallation stored(installation_);
+        const std::string schedule = stored.findKey("Schedules", "Name", kSchedule);
+        require(!schedule.empty(), "the Schedule is not stored");
+        require(stored.value("Schedules", schedule, "Hours") == std::string(22, '0') + "f8" + std::string(60, '0'),
+                "the Schedule's hours are wrong");
+        const auto expect = [&](const std::string& name, const std::string& field, const std::string& value) {
+            const std::string found = stored.value("Events", stored.findKey("Events", "EventName", name), field);
+            require(found == value, name + ": " + field + " is \"" + found + "\" and not \"" + value + "\"");
+        };
+        for (const char* name : {"Tour 1, relay on", "Tour 2, relay off", "Tour 3, audio", "Tour 4, e-mail",
+                                 "Tour 5, text file", "Tour 0, spoken"}) {
+            expect(name, "ScheduleKey", schedule);
+            expect(name, "completeBits", "1");
+        }
+        expect("Tour 1, relay on", "EventTriggerType", "3");
+        expect("Tour 1, relay on", "TriggerTimeoutType", "1");
+        expect("Tour 1, relay on", "TriggerTimeoutSeconds", "120");
+        expect("Tour 1, relay on", "TriggerDeviceMAC", "02:4b:53:10:00:02");
+        expect("Tour 1, relay on", "ResponseGroupKey", "Nurses");
+        expect("Tour 2, relay off", "TriggerTimeOfDay", "49");
+        expect("Tour 3, audio", "EventResponseType", "3");
+        expect("Tour 5, text file", "TtsFilename", "\\\\fileserver\\texts\\lobby.txml");
+        expect("Tour 0, spoken", "Disabled", "1");
+        const auto expectFile = [&](const std::string& name, const std::string& part) {
+            const std::string guid = stored.value("Events", stored.findKey("Events", "EventName", name), "FileGUID");
+            require(stored.file(guid).find(part) != std::string::npos, name + ": its payload file lacks " + part);
+        };
+        expectFile("Tour 0, spoken", "encoded=\"yes\">Doors &lt;A&gt; &amp; &lt;B&gt;%0d%0aare 100%% open</TTS>");
+        expectFile("Tour 4, e-mail", "to=\"porter@building.example; night@building.example\"");
+        expectFile("Tour 4, e-mail", "The connection changed.%0d%0a&lt;Please look&gt;</Email>");
+    }
+
     void deleteEvent(const std::string& name) {
         step("Delete the Event \"" + name + "\"");
         const int row = console_.rowOf(name);
@@ -164,12 +312,14 @@ class Tour {
         require(console_.eventCount() == 0, "the list still shows Events");
     }
 
+    static constexpr const char* kSchedule = "Late shift";
     // Milliseconds: until a new window is painted, and of a window that is there for a short time only.
     static constexpr DWORD kPaintPause = 300;
     static constexpr DWORD kGlimpse = 50;
 
     ConsoleDriver console_;
     std::string pictures_;
+    std::string installation_;
     std::size_t expectedEvents_ = kEvents;
     int step_ = 0;
 };
@@ -187,10 +337,13 @@ std::string besideThisProgram(const std::string& name) {
 int main(int count, char** arguments) {
     using namespace orvc::driver;
     std::string pictures = ".";
-    for (int i = 1; i + 1 < count; ++i)
+    std::string installation;
+    for (int i = 1; i + 1 < count; ++i) {
         if (std::string(arguments[i]) == "--shots") pictures = arguments[i + 1];
+        if (std::string(arguments[i]) == "--installation") installation = arguments[i + 1];
+    }
     try {
-        Tour(pictures).run(besideThisProgram("ORVSConfig.exe"));
+        Tour(pictures, installation).run(besideThisProgram("ORVSConfig.exe"));
     } catch (const std::exception& error) {
         std::printf("The tour stopped: %s.\n", error.what());
         return 1;

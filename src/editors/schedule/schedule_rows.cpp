@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
 #include <tuple>
 #include <utility>
 
@@ -43,15 +44,18 @@ bool ScheduleRows::fill(const std::list<ScheduleRecord>& records) {
     rows.reserve(records.size());
     for (const ScheduleRecord& record : records) {
         const bool isListed = record.key == kDefaultScheduleKey || (record.key && record.hours && record.name);
-        if (isListed && !removedKeys_.contains(*record.key)) insert(rows, record);
+        if (isListed && !removedKeys_.contains(*record.key)) rows.push_back(makeRow(record));
     }
+    std::ranges::stable_sort(rows, {}, [](const ScheduleRow& row) {
+        return std::tuple(row.key != kDefaultScheduleKey, std::string_view(row.sortKey), std::string_view(row.key));
+    });
     if (rows == rows_) return false;
     rows_ = std::move(rows);
     if (selectedKey_ && !rowOf(*selectedKey_)) selectedKey_.reset();
     return true;
 }
 
-void ScheduleRows::insert(std::vector<ScheduleRow>& rows, const ScheduleRecord& record) const {
+ScheduleRow ScheduleRows::makeRow(const ScheduleRecord& record) const {
     const WeekMask mask = record.hours.value_or(WeekMask{});
     ScheduleRow row;
     row.key = *record.key;
@@ -59,15 +63,7 @@ void ScheduleRows::insert(std::vector<ScheduleRow>& rows, const ScheduleRecord& 
     row.days = describeDays(mask, strings_);
     row.times = describeTimes(mask, strings_);
     row.sortKey = makeSortKey_(row.name);
-    auto place = rows.begin();
-    if (row.key != kDefaultScheduleKey) {
-        const auto first =
-            std::ranges::find_if(rows, [](const ScheduleRow& other) { return other.key != kDefaultScheduleKey; });
-        place = std::upper_bound(first, rows.end(), row, [](const ScheduleRow& a, const ScheduleRow& b) {
-            return std::tie(a.sortKey, a.key) < std::tie(b.sortKey, b.key);
-        });
-    }
-    rows.insert(place, std::move(row));
+    return row;
 }
 
 std::optional<std::size_t> ScheduleRows::rowOf(const std::string& key) const {

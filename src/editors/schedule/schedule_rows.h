@@ -50,7 +50,8 @@ class ScheduleRows {
     void removeSelected();
 
   private:
-    void insert(std::vector<ScheduleRow>& rows, const ScheduleRecord& record) const;
+    // Of a record that has a key.
+    ScheduleRow makeRow(const ScheduleRecord& record) const;
 
     const StringTable& strings_;
     SortKeyMaker makeSortKey_;

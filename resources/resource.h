@@ -27,6 +27,7 @@
 
 // Controls
 #define IDC_EVENT_LIST 1000
+#define IDC_EVENT_LIST_LABEL 1001
 
 #define IDC_LOGON_ID 1020
 #define IDC_LOGON_PASSWORD 1021
@@ -94,6 +95,8 @@
 #define IDC_SCHEDULE_NEW 1101
 #define IDC_SCHEDULE_MODIFY 1102
 #define IDC_SCHEDULE_DELETE 1103
+#define IDC_SCHEDULE_LIST_LABEL 1104
+#define IDC_SCHEDULE_DAY_LABEL 1105
 
 #define IDC_SCHEDULE_NAME 1140
 #define IDC_SCHEDULE_NAME_LABEL 1141
@@ -102,6 +105,7 @@
 // Start 1, end 1, start 2 to end 3: a label and three lists each, hour, minute and AM/PM.
 #define IDC_SCHEDULE_TIME_LABEL 1144
 #define IDC_SCHEDULE_TIME 1150
+#define IDC_SCHEDULE_PART_LABEL 1170
 
 // Commands
 #define IDM_EXIT 32771

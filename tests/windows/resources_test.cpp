@@ -33,7 +33,8 @@ INT_PTR CALLBACK ignore(HWND, UINT, WPARAM, LPARAM) {
 
 TEST_F(ResourcesTest, EveryDialogOpensWithItsControlsInsideAndApart) {
     for (const unsigned id :
-         {IDD_ABOUT, IDD_MAIN, IDD_LOGON, IDD_PLEASE_WAIT, IDD_CONFIGURE_SCHEDULES, IDD_EDIT_SCHEDULE}) {
+         {IDD_ABOUT, IDD_MAIN, IDD_LOGON, IDD_PLEASE_WAIT, IDD_CONFIGURE_SCHEDULES, IDD_EDIT_SCHEDULE,
+          IDD_SETUP_EVENT, IDD_SERVER_AUDIO, IDD_TTS_FILENAME, IDD_TTS, IDD_EMAIL}) {
         const HWND dialog = CreateDialogParamA(program_, MAKEINTRESOURCEA(id), nullptr, ignore, 0);
         ASSERT_NE(dialog, nullptr) << id;
         RECT client{};

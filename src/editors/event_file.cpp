@@ -12,7 +12,7 @@ constexpr std::string_view kOpening = "<?xml version=\"1.0\" encoding=\"utf-8\" 
 constexpr std::string_view kClosing = "\r\n</ORVSEventFile>\r\n";
 
 // Finds the element `tag` in a loaded payload. Both readers log under the names that support knows.
-std::optional<XmlElement> findPayload(XmlDocument& document, std::string_view bytes, std::string_view tag,
+std::optional<XmlElement> findPayload(XmlDocument& document, std::string_view bytes, const char* tag,
                                       TrackingLog& log) {
     if (!document.load(bytes)) {
         log.log("getTtsMessage: LoadXml failed");
@@ -75,7 +75,7 @@ EventEmail processConfigurationFile(std::string_view bytes, TrackingLog& log) {
     XmlDocument document;
     const std::optional<XmlElement> payload = findPayload(document, bytes, "Email", log);
     if (!payload) return {};
-    const auto read = [&](std::string_view name) { return std::string(payload->attribute(name).value_or("")); };
+    const auto read = [&](const char* name) { return std::string(payload->attribute(name).value_or("")); };
     return {read("from"), read("to"), read("cc"), read("bc"), read("subject"), readText(*payload)};
 }
 

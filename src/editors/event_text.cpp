@@ -10,32 +10,41 @@
 namespace orvc {
 namespace {
 
-// Payload texts are ordinary prose with an escape here and there. So we copy a machine word at a time and ask it, with
-// a few operations on all its bytes together, for the first byte that needs more than copying.
-using Word = std::size_t;
-constexpr std::size_t kWordSize = sizeof(Word);
-static_assert(std::endian::native == std::endian::little, "the lowest bits of a word are its first byte");
+// Payload texts are ordinary prose with an escape here and there. So we copy 16 bytes at a time, as one vector, and
+// look in all of them at once for the first that needs more than copying.
+using Vector [[gnu::vector_size(16)]] = signed char;
+using Halves = std::array<std::uint64_t, 2>;
+static_assert(std::endian::native == std::endian::little, "the lowest bits of a half are its first byte");
 
-constexpr Word repeat(unsigned char byte) {
-    return ~Word{0} / 0xFF * byte;
+// The finders mark the special bytes with ones and the others with zeros.
+
+// Signed, so that bytes from 0x80 on are small.
+Vector findToEncode(Vector bytes) {
+    return (bytes < ' ') | (bytes == '%') | (bytes == '&') | (bytes == '<') | (bytes == '>');
 }
 
-// The finders return a word whose lowest set bit stands in the first special byte; 0 when there is none. Higher bits,
-// and bytes that are found needlessly, mean nothing: the step that follows looks at the byte itself.
-
-// Subtracting sets the top bit of a byte that is too small, and in bytes above it by the borrow.
-Word findToEncode(Word word) {
-    const Word angles = (word | repeat('<' ^ '>')) ^ repeat('>');
-    // "%" and "&" are neighbours: one more, and they differ in the lowest bit. Only 0xFF carries, and is special
-    // itself.
-    const Word percents = ((word + repeat(1)) | repeat(1)) ^ repeat('&' + 1);
-    return ((word - repeat(' ')) | (angles - repeat(1)) | (percents - repeat(1)) | word) & repeat(0x80);
+Vector findToDecode(Vector bytes) {
+    return (bytes == '%') | (bytes == '&');
 }
 
-Word findToDecode(Word word) {
-    const Word percents = word ^ repeat('%');
-    const Word ampersands = word ^ repeat('&');
-    return (((percents - repeat(1)) & ~percents) | ((ampersands - repeat(1)) & ~ampersands)) & repeat(0x80);
+// Copies vectors as long as one begins before `last` and `find` marks nothing in it, and then what comes before the
+// first marked byte.
+template <Vector find(Vector)>
+void copyPlain(const char*& in, const char* last, char*& out) {
+    while (in < last) {
+        Vector bytes;
+        std::memcpy(&bytes, in, sizeof bytes);
+        std::memcpy(out, &bytes, sizeof bytes);
+        const Halves marks = std::bit_cast<Halves>(find(bytes));
+        if ((marks[0] | marks[1]) != 0) {
+            const int bits = marks[0] != 0 ? std::countr_zero(marks[0]) : 64 + std::countr_zero(marks[1]);
+            in += bits / 8;
+            out += bits / 8;
+            return;
+        }
+        in += sizeof bytes;
+        out += sizeof bytes;
+    }
 }
 
 // A byte's written form, padded to a size that is copied without a loop.
@@ -81,9 +90,17 @@ constexpr std::size_t indexOf(char c) {
     return static_cast<unsigned char>(c);
 }
 
+bool needsEncoding(char c) {
+    return kEncodings[indexOf(c)].length != 1;
+}
+
+bool mayBeginEscape(char c) {
+    return c == '%' || c == '&';
+}
+
 // The steps read one character or escape at `in`, which is not the end, and write what stands for it at `out`.
 
-// Writes up to 7 bytes more than it says.
+// Writes the padding too.
 void encodeStep(const char*& in, const char*, char*& out) {
     const Encoded& encoded = kEncodings[indexOf(*in++)];
     std::memcpy(out, encoded.text.data(), encoded.text.size());
@@ -116,29 +133,25 @@ void decodeStep(const char*& in, const char* end, char*& out) {
 
 // Appends what `step` makes of `text` to `result`. What is written gathers in a block on the stack, so that the result
 // is never filled with zeros first.
-template <Word find(Word), void step(const char*&, const char*, char*&)>
+template <Vector find(Vector), bool isSpecial(char), void step(const char*&, const char*, char*&)>
 void appendTransformed(std::string_view text, std::string& result) {
     constexpr std::size_t kBlock = 4096;
-    constexpr std::size_t kLongestStep = 5;
-    // A step or a word may begin just before the block is full.
-    char block[(kBlock + kWordSize) * kLongestStep + kWordSize];
+    // A vector and a step may begin just before the block is full.
+    char block[kBlock + sizeof(Vector) + sizeof(Encoded)];
     const char* in = text.data();
     const char* const end = in + text.size();
+    // From here on no whole vector is left.
+    const char* const tail = text.size() < sizeof(Vector) ? in : end - sizeof(Vector) + 1;
     while (in != end) {
-        const char* const stop = in + std::min<std::size_t>(kBlock, end - in);
         char* out = block;
-        while (in < stop) {
-            if (static_cast<std::size_t>(end - in) >= kWordSize) {
-                Word word;
-                std::memcpy(&word, in, kWordSize);
-                std::memcpy(out, &word, kWordSize);
-                const Word found = find(word);
-                const std::size_t plain = found ? std::countr_zero(found) / 8u : kWordSize;
-                in += plain;
-                out += plain;
-                if (!found) continue;
-            }
-            step(in, end, out);
+        while (in != end && out < block + kBlock) {
+            copyPlain<find>(in, in + std::min(tail - in, block + kBlock - out), out);
+            if (in == end) break;
+            // Line ends are two escapes in a row. Plain bytes come here too, where no vector or no room for one is
+            // left.
+            do {
+                step(in, end, out);
+            } while (in != end && isSpecial(*in) && out < block + kBlock);
         }
         result.append(block, static_cast<std::size_t>(out - block));
     }
@@ -149,7 +162,7 @@ void appendTransformed(std::string_view text, std::string& result) {
 void appendEncodedEventText(std::string_view text, std::string& result) {
     // Room for two line ends in every 70 characters or so.
     result.reserve(result.size() + text.size() + text.size() / 8);
-    appendTransformed<findToEncode, encodeStep>(text, result);
+    appendTransformed<findToEncode, needsEncoding, encodeStep>(text, result);
 }
 
 std::string encodeEventText(std::string_view text) {
@@ -161,7 +174,7 @@ std::string encodeEventText(std::string_view text) {
 std::string decodeEventText(std::string_view content) {
     std::string result;
     result.reserve(content.size());
-    appendTransformed<findToDecode, decodeStep>(content, result);
+    appendTransformed<findToDecode, mayBeginEscape, decodeStep>(content, result);
     return result;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstring>
 #include <pugixml.hpp>
 
 namespace orvc {
@@ -76,28 +77,34 @@ void goToClosingTag(Cursor& cursor) {
 
 }  // namespace
 
-bool XmlElement::hasTag(std::string_view tag) const {
-    return pugi::xml_node(node_).name() == tag;
+bool XmlElement::hasTag(const char* tag) const {
+    return std::strcmp(pugi::xml_node(node_).name(), tag) == 0;
 }
 
-std::optional<XmlElement> XmlElement::firstChild(std::string_view tag) const {
-    for (const pugi::xml_node child : pugi::xml_node(node_))
-        if (child.type() == pugi::node_element && child.name() == tag)
-            return XmlElement(child.internal_object(), bytes_);
-    return std::nullopt;
+std::optional<XmlElement> XmlElement::firstChild(const char* tag) const {
+    const pugi::xml_node child = pugi::xml_node(node_).child(tag);
+    if (!child) return std::nullopt;
+    return XmlElement(child.internal_object(), bytes_);
 }
 
-std::optional<std::string_view> XmlElement::attribute(std::string_view name) const {
-    for (const pugi::xml_attribute attribute : pugi::xml_node(node_).attributes())
-        if (attribute.name() == name) return attribute.value();
-    return std::nullopt;
+std::optional<std::string_view> XmlElement::attribute(const char* name) const {
+    const pugi::xml_attribute attribute = pugi::xml_node(node_).attribute(name);
+    if (!attribute) return std::nullopt;
+    return attribute.value();
 }
 
 std::string_view XmlElement::content() const {
-    // Where the element's name stands.
-    const std::ptrdiff_t offset = pugi::xml_node(node_).offset_debug();
+    // Names and values lie in pugixml's copy of the bytes where they lie in the bytes.
+    const pugi::xml_node node(node_);
+    const std::ptrdiff_t offset = node.offset_debug();
     if (offset < 0) return {};
-    Cursor cursor(bytes_, static_cast<std::size_t>(offset));
+    std::size_t at = static_cast<std::size_t>(offset);
+    if (const pugi::xml_attribute last = node.last_attribute()) {
+        const std::string_view value = last.value();
+        // Behind its closing quote.
+        at += static_cast<std::size_t>(value.data() + value.size() + 1 - node.name());
+    }
+    Cursor cursor(bytes_, at);
     if (cursor.leaveOpeningTag()) return {};
     const std::size_t begin = cursor.position();
     goToClosingTag(cursor);

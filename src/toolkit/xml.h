@@ -19,14 +19,14 @@ namespace orvc {
 class XmlElement {
   public:
     // Compares the whole tag, in the case of the file.
-    bool hasTag(std::string_view tag) const;
+    bool hasTag(const char* tag) const;
 
     // The first child element with `tag`; nothing when there is none.
-    std::optional<XmlElement> firstChild(std::string_view tag) const;
+    std::optional<XmlElement> firstChild(const char* tag) const;
 
     // The text between the quotes, entities and white space as they stand; nothing when there is no such attribute. Of
     // attributes with one name the first counts.
-    std::optional<std::string_view> attribute(std::string_view name) const;
+    std::optional<std::string_view> attribute(const char* name) const;
 
     // All that stands between the element's opening and closing tag, markup included; empty for <a/>. Walks through it
     // on each call.

@@ -231,6 +231,9 @@ void Session::onServerStop() {
     logonRequested_ = true;
     log_.setUser({});
     if (!bShuttingDown_) {
+        // What is still due belongs to the logon that has ended: the next one has deadlines of its own.
+        for (const std::uintptr_t due : {timer::kSubscriptionStart, timer::kReload, timer::kCompletionWait})
+            host_.stopTimer(due);
         clearServerLists();
         clearMirror();
         host_.showTitle({});

@@ -120,7 +120,7 @@ void EventCallback::onEvent(std::uint32_t code, std::int32_t number, const void*
         case 82:
             return;  // known, and of no interest to this console
         default:
-            log_.log("Unserviced Event %u called back", code);
+            log_.log("Unserviced Event %d called back", static_cast<int>(code));
     }
 }
 

@@ -146,25 +146,27 @@ bool TrackingLog::startWriter() {
         fileOpen_ = true;
     }
     try {
+        writing_ = true;
         writer_ = std::thread([this] { runWriter(); });
         return true;
     } catch (const std::system_error&) {
         // Without a writer no line would ever reach the file: the log goes on as with no file open.
+        writing_ = false;
         closeDebug();
         return false;
     }
 }
 
 void TrackingLog::closeDebug() {
-    if (writer_.joinable()) {
+    if (writing_) {
         system_.writeToDebugger("closeDebug(): Signalled debug thread to quit\n");
         {
             const std::lock_guard lock(mutex_);
             quit_ = true;
         }
         wake_.notify_all();
-        writer_.join();
     }
+    if (writer_.joinable()) writer_.join();
     const std::lock_guard lock(mutex_);
     fileOpen_ = false;
     queue_.clear();
@@ -207,6 +209,7 @@ void TrackingLog::runWriter() {
     }
     lock.unlock();
     if (failed) system_.writeToDebugger("debugThread: Write to debug tracking file failed - exitting thread\n");
+    writing_ = false;
     system_.writeToDebugger("Ending debugThread\n");
 }
 

@@ -128,6 +128,7 @@ class TrackingLog {
 
     std::unique_ptr<LogFile> file_;  // the writer's while it runs
     std::thread writer_;
+    std::atomic<bool> writing_{false};  // the writer runs: it ends by itself when a write fails
 };
 
 }  // namespace orvc

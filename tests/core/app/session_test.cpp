@@ -1,0 +1,329 @@
+#include "app/session.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "fake_log_system.h"
+#include "fake_server_link.h"
+#include "fake_session_host.h"
+#include "fake_window.h"
+
+namespace orvc {
+namespace {
+
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+constexpr KSMac kDoor{2, 0, 0, 0, 0, 1};
+const std::string kTimeout = "log: doWaitSystemVariableComplete: Timeout waiting for system variables to complete; ";
+
+class SessionTest : public ::testing::Test {
+  protected:
+    SessionTest() {
+        window_.onSend = [this] { return session_.deliverEvents(); };
+        host_.outcome = {true, false, {"op", "pw", "10.0.0.9", "3011", true, false}};
+        session_.setConsoleMode(true);
+    }
+    // What one event of the library, or one tick of a timer, brings about.
+    std::string event(std::uint32_t code, std::int32_t number = 0, const void* data = nullptr,
+                      const void* connection = nullptr) {
+        session_.callback().onEvent(code, number, connection, data);
+        session_.deliverEvents();
+        return journal_.take();
+    }
+    std::string timer(std::uintptr_t id) {
+        session_.onTimer(id);
+        return journal_.take();
+    }
+    void group(std::uint32_t id, std::string_view key, std::uint32_t members) {
+        KSGroupRecord record{.expectedMembers = members};
+        setFieldText(record.key, key);
+        session_.callback().onEvent(80, static_cast<std::int32_t>(id), nullptr, &record);
+        session_.deliverEvents();
+    }
+    void members(std::int32_t groupId, int count) {
+        for (; count > 0; --count)
+            session_.callback().onEvent(81, groupId, nullptr, &kDoor);
+        session_.deliverEvents();
+    }
+    std::string variable(const std::string& name, const char* text, std::uint32_t number = 0, std::uint32_t type = 0) {
+        const KSVariableNotification notification{name.c_str(), type, text, number};
+        return event(104, 0, &notification);
+    }
+    void logOn() {
+        timer(timer::kLogon);
+        ASSERT_TRUE(session_.isLoggedOn());
+    }
+    void subscribe() {
+        logOn();
+        event(100);
+        timer(timer::kSubscriptionStart);
+    }
+    void becomeReady() {
+        subscribe();
+        variable("\\ORVS\\completeBits", nullptr, 0);
+        EXPECT_EQ(timer(timer::kCompletionWait), "stop timer 7");
+        ASSERT_TRUE(session_.isReady());
+    }
+
+    Journal journal_;
+    JournalLog log_{journal_};
+    FakeClock& clock_ = log_.clock;
+    FakeServerLink link_{journal_};
+    FakeSessionHost host_{journal_};
+    FakeWindow window_;
+    Settings settings_;
+    Session session_{
+        host_, link_, window_, log_.log, clock_, settings_, [](std::string_view name) { return std::string(name); }};
+};
+
+TEST_F(SessionTest, ALogonIsShownAndItsSettingsAreKept) {
+    settings_.userName = "old";
+    settings_.userPassword = "old pw";
+    EXPECT_EQ(timer(timer::kLogon),
+              "logon dialog; log: *** ORVE Events Configuration Console Login ***; title 'op'; refresh list");
+    EXPECT_EQ(host_.shownEntry.logonId + host_.shownEntry.password + host_.shownEntry.address + host_.shownEntry.port,
+              "oldold pw0.0.0.03010");
+    EXPECT_TRUE(host_.shownEntry.saveCredentials && host_.shownEntry.mayLogOnAtOnce);
+    EXPECT_EQ(settings_.ipAddress + settings_.adapterName + settings_.userName + settings_.userPassword,
+              "10.0.0.9adapter for 10.0.0.9oppw");
+    EXPECT_EQ(settings_.ipPort, 3011);
+    EXPECT_NE(session_.schedules().find("{Default}"), nullptr);
+    EXPECT_EQ(timer(timer::kLogon), "") << "logged on already";
+    event(15);
+    host_.outcome.entry.saveCredentials = false;
+    logOn();
+    EXPECT_EQ(settings_.userName + settings_.userPassword, "") << "not to be saved";
+}
+
+TEST_F(SessionTest, ACancelledDialogChangesNoSettingAndEndsTheConsoleWithTheNextTick) {
+    settings_.userName = "old";
+    host_.outcome.success = false;
+    host_.outcome.cancelled = true;
+    EXPECT_EQ(timer(timer::kLogon), "logon dialog");
+    EXPECT_EQ(settings_.userName + settings_.ipAddress, "old0.0.0.0");
+    const std::string shutdown = timer(timer::kLogon);
+    EXPECT_THAT(shutdown,
+                StartsWith("log: doLogon: calling doShutdown() because bShuttingDown set; log: ORVC Version"));
+    EXPECT_THAT(shutdown, EndsWith("; end main window"));
+}
+
+TEST_F(SessionTest, TheTrackingFileNamesTheUserWhileLoggedOn) {
+    log_.log.setRecordEvents(-1);
+    logOn();
+    event(15);
+    log_.log.OpenCloseDebugFile(false, false);
+    log_.log.closeDebug();
+    const std::string file = log_.system.file("\\ORVCTracking.txt");
+    EXPECT_THAT(file, StartsWith("** Starting write for console user 'op' **\n"));
+    EXPECT_THAT(file, HasSubstr("** Starting write before console logon **\n"));
+}
+
+TEST_F(SessionTest, TimersDoNothingStandAloneNorInsideOneAnother) {
+    session_.setConsoleMode(false);
+    for (const std::uintptr_t id : {1, 2, 3, 8, 99})
+        EXPECT_EQ(timer(id), "");
+    session_.setConsoleMode(true);
+    host_.onDialog = [this] {
+        journal_.take();
+        for (const std::uintptr_t id : {1, 2, 3, 4, 5, 6, 7})
+            EXPECT_EQ(timer(id), "");
+    };
+    logOn();
+}
+
+TEST_F(SessionTest, TheSubscriptionStartFetchesMembersThenSubscribes) {
+    logOn();
+    const KSConnectionInfo info{.mac = kDoor};
+    group(1, "Late", 2);
+    group(2, "Empty", 0);
+    group(3, "There", 1);
+    members(3, 1);
+    event(1, 3, nullptr, &info);
+    EXPECT_EQ(event(100), "log: Console initialization is complete; start timer 4 of 10");
+    int waits = 0;
+    host_.onWait = [&] {
+        if (++waits == 2) group(1, "Late", 2);  // told again: the member that came is forgotten
+        members(1, 1);
+    };
+    EXPECT_EQ(timer(timer::kSubscriptionStart),
+              "stop timer 4; KSCreateGroup 3; KSDeleteGroup 3; KSCreateGroup 1; KSGetGroupMembers 1; messages, sleep "
+              "100; messages, sleep 100; messages, sleep 100; log: getListIcoms: Done with group; KSDeleteGroup 1; "
+              "KSGetMessages; create \\ORVS\\; subscribe \\ORVS\\; start timer 7 of 1");
+    EXPECT_EQ(session_.directory().findGroup("There")->members.front().device, session_.directory().findDevice(kDoor))
+        << "no placeholder any more";
+}
+
+TEST_F(SessionTest, WhatEndsTheLogonDuringTheWaitForMembersEndsTheSubscription) {
+    for (const bool isShutdown : {false, true}) {
+        logOn();
+        group(1, "Doors", 2);
+        host_.onWait = [&] {
+            isShutdown ? session_.doShutdown() : session_.callback().onEvent(15, 0, nullptr, nullptr);
+            session_.deliverEvents();
+            EXPECT_FALSE(session_.isLoggedOn());
+            journal_.take();
+        };
+        EXPECT_EQ(timer(timer::kSubscriptionStart), "") << "nothing after the wait";
+        EXPECT_EQ(timer(timer::kSubscriptionStart), "stop timer 4") << "nobody is logged on";
+    }
+}
+
+TEST_F(SessionTest, WithATextMissingTheWaitTimesOutAndTheConsoleIsReadyAnyway) {
+    subscribe();
+    for (const char* name : {"userName", "password", "smtpHost"})
+        variable(std::string("\\ORVS\\") + name, "");
+    variable("\\ORVS\\completeBits", nullptr, 1);
+    clock_.seconds += 2;
+    EXPECT_EQ(timer(timer::kCompletionWait), "");
+    EXPECT_FALSE(session_.isReady());
+    clock_.seconds += 1;
+    EXPECT_EQ(timer(timer::kCompletionWait), kTimeout + "stop timer 7");
+    EXPECT_TRUE(session_.isReady());
+    EXPECT_EQ(timer(timer::kCompletionWait), "stop timer 7") << "one line a second";
+    clock_.seconds += 1;
+    EXPECT_EQ(timer(timer::kCompletionWait), kTimeout + "stop timer 7");
+    clock_.seconds += 2;
+    EXPECT_EQ(timer(timer::kCompletionWait), "stop timer 7") << "more than five seconds after the logon";
+}
+
+TEST_F(SessionTest, AServerStopForgetsEverythingAndAsksForALogon) {
+    becomeReady();
+    group(1, "Doors", 0);
+    variable("\\ORVS\\Events\\{A}\\EventName", "a");
+    variable("\\ORVS\\Schedules\\{S}\\Name", "s");
+    variable("\\ORVS\\userName", "mailer");
+    EXPECT_EQ(event(15),
+              "log: Event:Stop. Console disconnected from server; stop timer 4; stop timer 5; stop timer 7; title ''; "
+              "refresh list");
+    EXPECT_FALSE(session_.isLoggedOn() || session_.isReady());
+    EXPECT_EQ(session_.events().size() + session_.store().size() + session_.directory().groups().size(), 0u);
+    EXPECT_EQ(session_.schedules().records().size(), 1u) << "the built-in one";
+    EXPECT_FALSE(session_.serverSettings().userName || session_.serverSettings().completeBits);
+    logOn();
+    EXPECT_TRUE(host_.shownEntry.mayLogOnAtOnce);
+}
+
+TEST_F(SessionTest, WhatWasDueWhenTheServerStoppedIsNotDoneForTheNextLogon) {
+    subscribe();
+    event(100);
+    event(101);
+    event(15);
+    clock_.seconds += 60;
+    logOn();
+    const std::set<std::uintptr_t> running = host_.runningTimers;
+    for (const std::uintptr_t id : running)
+        EXPECT_EQ(timer(id), "") << "timer " << id;
+    EXPECT_FALSE(session_.isReady());
+    event(100);
+    timer(timer::kSubscriptionStart);
+    EXPECT_EQ(timer(timer::kCompletionWait), "") << "two seconds of its own";
+}
+
+TEST_F(SessionTest, LogoffAsksForALogonButNotByItself) {
+    logOn();
+    host_.onWait = [this] {
+        EXPECT_EQ(journal_.take(), "KSStop; pause 1000");
+        event(15);
+        EXPECT_EQ(timer(timer::kLogon), "") << "no dialog in between";
+    };
+    session_.logoff();
+    logOn();
+    EXPECT_FALSE(host_.shownEntry.mayLogOnAtOnce);
+    link_.open = false;
+    session_.logoff();
+    EXPECT_EQ(journal_.take(), "") << "no link: nothing to stop";
+}
+
+TEST_F(SessionTest, AReloadEmptiesTheDirectoryAndClosesItsWindowWhenReady) {
+    becomeReady();
+    group(1, "Doors", 0);
+    variable("\\ORVS\\Events\\{A}\\EventName", "a");
+    clock_.seconds += 60;
+    EXPECT_EQ(event(101), "log: Console settings update is available; start timer 5 of 100");
+    EXPECT_EQ(timer(timer::kReload),
+              "stop timer 5; open please-wait; pause 200; log: releaseCurrentSettings: Deleting Server Group "
+              "Information; KSGetMessages; KSResendSettings; start timer 7 of 1; start timer 6 of 100");
+    EXPECT_TRUE(session_.isReloading() && !session_.isReady());
+    EXPECT_FALSE(session_.callback().takeSettingsUpdate());
+    EXPECT_EQ(session_.directory().groups().size(), 0u);
+    EXPECT_EQ(session_.events().size(), 1u) << "Events stay";
+    for (const std::uintptr_t id : {timer::kReload, timer::kReloadWait, timer::kCompletionWait})
+        EXPECT_EQ(timer(id), "") << "still waiting, with a fresh deadline";
+    variable("\\ORVS\\userName", "again");
+    EXPECT_EQ(timer(timer::kCompletionWait), "stop timer 7");
+    EXPECT_EQ(timer(timer::kReloadWait), "stop timer 6; close please-wait");
+    EXPECT_FALSE(session_.isReloading());
+}
+
+TEST_F(SessionTest, TheReloadsWindowClosesWithoutAnyAnswerAndWhenTheLogonEnds) {
+    subscribe();
+    timer(timer::kReload);
+    clock_.seconds += 3;
+    EXPECT_EQ(timer(timer::kCompletionWait), kTimeout + "stop timer 7");
+    EXPECT_EQ(timer(timer::kReloadWait), "stop timer 6; close please-wait");
+    host_.onWait = [this] { event(15); };
+    EXPECT_EQ(timer(timer::kReload), "start timer 6 of 100") << "the server stopped during the pause";
+    EXPECT_EQ(timer(timer::kReloadWait), "stop timer 6; close please-wait");
+    EXPECT_EQ(timer(timer::kReload), "stop timer 5") << "nobody is logged on";
+}
+
+TEST_F(SessionTest, ShutdownStopsClosesAndUnloadsInOrderAndOnce) {
+    becomeReady();
+    link_.onCall = [this](const std::string& call) {
+        if (call != "KSStop") return;
+        session_.doShutdown();  // nested
+        const KSConnectionInfo info{};
+        session_.callback().onEvent(15, 0, nullptr, nullptr);
+        session_.deliverEvents();
+        window_.onSend = [this] {
+            ADD_FAILURE() << "waits for the thread that is stopping the link";
+            return session_.deliverEvents();
+        };
+        session_.callback().onEvent(1, 1, &info, nullptr);
+    };
+    const std::string stopped = "log: ORVC Version 1.2.3.4 Stopped; stop timer 3; stop timer 1; stop timer 2; ";
+    session_.doShutdown();
+    EXPECT_EQ(
+        journal_.take(),
+        stopped +
+            "log: doShutdown: KSStop(); KSStop; remove tray icon; debugger: Event:Stop. Console Shutdown disconnected "
+            "from server; log: EVENT:New Connection '' on socket 1 Status = 0x0; log: doShutdown: KSClose(); KSClose; "
+            "log: doShutdown: FreeLibrary(); unload; remove hook; log: doShutdown: Done; remove tray icon");
+    EXPECT_TRUE(session_.isShuttingDown());
+    EXPECT_FALSE(session_.isLoggedOn() || session_.hasUndeliveredEvents());
+    EXPECT_EQ(session_.events().size() + session_.store().size(), 0u);
+    session_.doShutdown();
+    EXPECT_EQ(journal_.take(), stopped + "log: doShutdown: Done; remove tray icon");
+}
+
+TEST_F(SessionTest, VariablesAreLoggedByKindAndKept) {
+    const std::string received = "log: Received subscription variable information for ";
+    EXPECT_EQ(variable("\\1", nullptr, 0, 0x80000000), received + "\\1 (key 0x80000000)");
+    EXPECT_EQ(variable("\\2", "50%s", 0, 0xC0000001), received + "\\2 (string variable '50%s' 0xc0000001)");
+    EXPECT_EQ(variable("\\3", nullptr, 0, 0x40000001), received + "\\3 (string variable '' 0x40000001)");
+    EXPECT_EQ(variable("\\4", nullptr, 0xFFFFFFFF, 0xC0000004), received + "\\4 (dword variable -1 0xc0000004)");
+    EXPECT_EQ(variable("\\5", "t", 0, 0xC0000002), "");
+    EXPECT_EQ(session_.store().size(), 5u);
+}
+
+TEST_F(SessionTest, AFileIsPutTogetherFromItsChunksAndDeletedBeforeItsEvent) {
+    const auto chunk = [&](std::string_view bytes) {
+        const KSFileData data{.file = {}, .bytes = bytes.data(), .byteCount = static_cast<std::uint32_t>(bytes.size())};
+        event(121, 0, &data);
+        return session_.fileReader().isComplete();
+    };
+    EXPECT_FALSE(chunk(std::string_view("a\0b", 3)) || chunk("c"));
+    EXPECT_TRUE(chunk(""));
+    EXPECT_EQ(session_.fileReader().bytes(), std::string("a\0bc", 4));
+    session_.fileReader().clear();
+    EXPECT_FALSE(chunk("next"));
+    EXPECT_EQ(session_.fileReader().bytes(), "next");
+    variable("\\ORVS\\Events\\{A}\\FileGUID", "{01234567-89ab-cdef-0123-456789abcdef}");
+    session_.deleteEvent(*session_.events().find("{A}"));
+    EXPECT_EQ(journal_.take(), "KSFileDelete {01234567-89AB-CDEF-0123-456789ABCDEF}; remove \\ORVS\\Events\\{A}\\");
+}
+
+}  // namespace
+}  // namespace orvc

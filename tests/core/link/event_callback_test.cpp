@@ -1,0 +1,164 @@
+#include "link/event_callback.h"
+
+#include <gtest/gtest.h>
+
+#include "fake_log_system.h"
+#include "fake_window.h"
+
+namespace orvc {
+namespace {
+
+std::string describe(const EventBlock& block) {
+    const auto line = [&](const std::string& content) {
+        return formatText("%04x %d: ", block.message(), static_cast<int>(block.wParam())) + content;
+    };
+    const auto text = [](const auto& field) { return "'" + std::string(fieldText(field)) + "'"; };
+    if (const auto* group = dynamic_cast<const GroupBlock*>(&block))
+        return line(std::to_string(group->record.groupId) + text(group->record.key));
+    if (const auto* member = dynamic_cast<const MemberBlock*>(&block))
+        return line(formatText("%02x..%02x", member->record[0], member->record[5]));
+    if (const auto* queue = dynamic_cast<const QueueBlock*>(&block))
+        return line(std::to_string(queue->record.identity) + text(queue->record.name));
+    if (const auto* message = dynamic_cast<const MessageBlock*>(&block))
+        return line(text(message->record.name) + text(message->record.key));
+    if (const auto* opaque = dynamic_cast<const ServerGroupBlock*>(&block))
+        return line(std::to_string(opaque->record.back()));
+    if (const auto* timer = dynamic_cast<const TimerBlock*>(&block)) return line(std::to_string(timer->period) + " ms");
+    if (const auto* file = dynamic_cast<const FileDataBlock*>(&block))
+        return line(std::to_string(file->file.data1) + "'" + file->bytes + "'");
+    if (const auto* variable = dynamic_cast<const VariableBlock*>(&block))
+        return line(std::string(variable->nameView()) + "=" + std::string(variable->textView().value_or("(none)")) +
+                    formatText(" %08x %u", variable->type(), variable->number()));
+    if (const auto* connection = dynamic_cast<const ConnectionBlock*>(&block))
+        return line(text(connection->info.deviceName) +
+                    formatText(" extra %d", connection->extra ? (*connection->extra)[119] : -1));
+    return line("");
+}
+
+class EventCallbackTest : public ::testing::Test {
+  protected:
+    EventCallbackTest() {
+        window_.onSend = [this] { return handOver_.drain(); };
+    }
+    // What one event logs and hands over.
+    std::string event(std::uint32_t code, std::int32_t number = 0, const void* data = nullptr,
+                      const void* connection = nullptr) {
+        callback_.onEvent(code, number, connection, data);
+        handOver_.drain();
+        return journal_.take();
+    }
+
+    Journal journal_;
+    JournalLog log_{journal_};
+    FakeWindow window_;
+    HandOver handOver_{window_, [this](std::unique_ptr<EventBlock> block) { journal_.add(describe(*block)); }};
+    EventCallback callback_{handOver_, log_.log, log_.clock, {4, 10, 5, 100}};
+};
+
+TEST_F(EventCallbackTest, EventsWithoutARecordAreLoggedOrIgnored) {
+    const std::pair<std::uint32_t, const char*> rows[] = {
+        {0, "log: 50% of %s"},
+        {3, "log: Intercom -12 Event Error"},
+        {5, "log: Intercom -12 Event Audio High Mark"},
+        {11, "log: Event GPIO State Change"},
+        {15, "1403 0: "},
+        {30, "log: Console user 50% of %s connected"},
+        {31, "log: Console user 50% of %s disconnected"},
+        {100, "log: Console initialization is complete; 1410 4: 10 ms"},
+        {101, "log: Console settings update is available; 1410 5: 100 ms"},
+        {0xFFFFFFFF, "log: Unserviced Event -1 called back"}};
+    for (const auto& [code, lines] : rows)
+        EXPECT_EQ(event(code, -12, "50% of %s"), lines) << code;
+    for (const std::uint32_t code : {2, 4, 6, 7, 8, 10, 12, 13, 14, 16, 17, 20, 21, 22, 23, 24, 40, 41, 50, 82})
+        EXPECT_EQ(event(code, 1, "text"), "") << code;
+    for (const std::uint32_t code : {18, 19, 33, 69, 98, 102, 120, 122, 100'000})
+        EXPECT_EQ(event(code, 1, "text"), "log: Unserviced Event " + std::to_string(code) + " called back");
+    EXPECT_TRUE(callback_.takeSettingsUpdate());
+    EXPECT_FALSE(callback_.takeSettingsUpdate()) << "taken";
+}
+
+TEST_F(EventCallbackTest, TheServersClockIsKeptAsADifference) {
+    for (const std::int32_t delta : {3600, -86'400}) {
+        const auto serverTime = static_cast<std::uint32_t>(log_.clock.seconds + delta);
+        EXPECT_EQ(event(32, 0, &serverTime), "log: Server Delta = " + std::to_string(delta));
+        EXPECT_EQ(callback_.serverDelta(), delta);
+    }
+}
+
+// The library's memory is overwritten before the window looks at what was handed over, and no field is terminated.
+TEST_F(EventCallbackTest, RecordsAreHandedOverAsCopies) {
+    const auto give = [&](std::uint32_t code, auto record) {
+        callback_.onEvent(code, 7, nullptr, &record);
+        std::memset(static_cast<void*>(&record), 'X', sizeof record);
+    };
+    KSGroupRecord group{.groupId = 99};
+    KSQueueRecord queue{.identity = 5};
+    KSMessageRecord message;
+    for (auto* field : {&group.key, &queue.name, &message.key})
+        field->fill('f');
+    message.name.fill('n');
+    KSServerGroupRecord opaque{};
+    opaque.back() = 90;
+    char name[] = "\\ORVS\\x", value[] = "text", bytes[] = {'a', '\0', 'b'};
+    give(80, group);
+    give(81, KSMac{0xAA, 0, 0, 0, 0, 0xFF});
+    give(70, queue);
+    give(71, queue);
+    give(83, opaque);
+    give(99, message);
+    give(104, KSVariableNotification{name, 0xC0000001, value, 3});
+    give(104, KSVariableNotification{name, 0xC0000004, nullptr, 0xFFFFFFFF});
+    give(104, KSVariableNotification{});
+    give(121, KSFileData{.file = {.data1 = 12}, .bytes = bytes, .byteCount = 3});
+    give(121, KSFileData{.file = {.data1 = 12}});
+    for (auto* text : {name, value, bytes})
+        *text = 'X';
+    handOver_.drain();
+    const std::string f = "'" + std::string(64, 'f') + "'";
+    EXPECT_EQ(journal_.take(), "1405 7: 7" + f + "; 1406 7: aa..ff; 1409 0: 5" + f + "; 140a 0: 5" + f +
+                                   "; 140b 0: 90; 140c 0: '" + std::string(128, 'n') + "'" + f +
+                                   "; 1407 0: \\ORVS\\x=text c0000001 3; 1407 0: \\ORVS\\x=(none) c0000004 4294967295; "
+                                   "1407 0: =(none) 00000000 0; 1408 0: 12'" +
+                                   std::string("a\0b", 3) + "'; 1408 0: 12''");
+}
+
+TEST_F(EventCallbackTest, ConnectionsAreDeliveredBeforeTheCallbackReturns) {
+    KSConnectionInfo info{.status = 0x1F};
+    info.deviceName.fill('d');
+    const std::string name(48, 'd');
+    KSExtraIntercomInfo extra{};
+    extra[119] = 42;
+    const auto word = reinterpret_cast<KSWord>(&extra);
+    const KSWord one[] = {1, word}, none[] = {0, word}, negative[] = {static_cast<KSWord>(-1), word},
+                 null[] = {2, 0, 0};
+    for (const auto& [words, found] :
+         {std::pair{one, 42}, {none, -1}, {negative, -1}, {null, -1}, {static_cast<const KSWord*>(nullptr), -1}}) {
+        callback_.onEvent(1, 3, &info, words);
+        EXPECT_EQ(journal_.take(), "log: EVENT:New Connection '" + name + "' on socket 3 Status = 0x1f; 1401 3: '" +
+                                       name + "' extra " + std::to_string(found));
+    }
+    setFieldText(info.deviceName, "Door");
+    EXPECT_EQ(event(9, -1, one, &info),
+              "log: EVENT:Reconnect 'Door' on socket -1 Status = 0x1f; log: EVENT_NEW_CONNECTION: Socket -1 should not "
+              "be negative; 1401 -1: 'Door' extra 42");
+}
+
+TEST_F(EventCallbackTest, MissingDataIsNotReadNorHandedOver) {
+    for (const std::uint32_t code : {1, 9, 32, 70, 71, 80, 81, 83, 99, 104, 121})
+        EXPECT_EQ(event(code), "") << code;
+    EXPECT_EQ(event(0) + event(30), "log: log: Console user  connected");
+    const KSFileData unbacked{.file = {}, .byteCount = 5};
+    EXPECT_EQ(event(121, 0, &unbacked), "");
+}
+
+TEST_F(EventCallbackTest, TheLibrarysFunctionReachesOnlyTheCurrentCallback) {
+    for (EventCallback* const current :
+         {static_cast<EventCallback*>(nullptr), &callback_, static_cast<EventCallback*>(nullptr)}) {
+        EventCallback::makeCurrent(current);
+        EventCallback::receive(11, 0, nullptr, nullptr);
+    }
+    EXPECT_EQ(journal_.take(), "log: Event GPIO State Change");
+}
+
+}  // namespace
+}  // namespace orvc

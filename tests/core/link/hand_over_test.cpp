@@ -1,0 +1,155 @@
+#include "link/hand_over.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+
+#include "fake_window.h"
+
+namespace orvc {
+namespace {
+
+// A block of any kind that knows its place in the order.
+struct NumberedBlock final : EventBlock {
+    NumberedBlock(std::uint32_t message, int blockNumber) : EventBlock(message, 0), number(blockNumber) { ++alive; }
+    ~NumberedBlock() override { --alive; }
+    int number;
+    static inline std::atomic<int> alive = 0;
+};
+
+std::unique_ptr<EventBlock> makeBlock(int number, std::uint32_t message = private_message::kVariable) {
+    return std::make_unique<NumberedBlock>(message, number);
+}
+
+// Every block that arrives must be the next in the order, and none may be left over in the end.
+class HandOverTest : public ::testing::Test {
+  protected:
+    ~HandOverTest() override {
+        handOver_.reset();
+        EXPECT_EQ(NumberedBlock::alive, 0);
+    }
+    void put(int first, int last) {
+        for (int i = first; i <= last; ++i)
+            handOver_->put(makeBlock(i));
+    }
+
+    FakeWindow window_;
+    std::function<void()> onReceive_;
+    std::atomic<int> delivered_ = 0;
+    std::unique_ptr<HandOver> handOver_ =
+        std::make_unique<HandOver>(window_, [this](std::unique_ptr<EventBlock> block) {
+            EXPECT_EQ(static_cast<NumberedBlock&>(*block).number, delivered_);
+            if (onReceive_) onReceive_();
+            ++delivered_;
+        });
+};
+
+TEST_F(HandOverTest, OnlyABlockThatFindsNothingPendingIsPosted) {
+    handOver_->put(makeBlock(0, private_message::kServerStop));
+    put(1, 2);
+    std::vector<FakeWindow::Message> posted = window_.take();
+    ASSERT_EQ(posted.size(), 1u);
+    EXPECT_EQ(posted[0].message, private_message::kServerStop);
+    EXPECT_EQ(posted[0].lParam, 0) << "a stop carries no block";
+    onReceive_ = [this] {
+        if (delivered_ < 5) put(delivered_ + 3, delivered_ + 3);  // behind what is being delivered
+    };
+    EXPECT_TRUE(handOver_->drain());
+    EXPECT_EQ(delivered_, 8);
+    EXPECT_FALSE(handOver_->isPending());
+    EXPECT_TRUE(window_.take().empty());
+    put(8, 8);
+    posted = window_.take();
+    ASSERT_EQ(posted.size(), 1u);
+    EXPECT_NE(posted[0].lParam, 0);
+}
+
+TEST_F(HandOverTest, MessagesWithoutABlockOfTheirOwnAreHarmless) {
+    EXPECT_TRUE(handOver_->drain()) << "forged: nothing was put";
+    put(0, 0);
+    handOver_->drainAll();  // a timer came before the message
+    EXPECT_TRUE(handOver_->drain()) << "stale: its block is delivered already";
+    EXPECT_EQ(delivered_, 1);
+}
+
+TEST_F(HandOverTest, ARefusedPostAsksForATimer) {
+    window_.refuseEvery = 1;
+    put(0, 1);
+    EXPECT_TRUE(window_.waitForMessage()) << "the timer's: nothing else comes for the blocks";
+    EXPECT_TRUE(window_.take().empty());
+    EXPECT_TRUE(handOver_->drain());
+    EXPECT_EQ(delivered_, 2);
+}
+
+TEST_F(HandOverTest, ADrainEndsWhenItsTimeIsUp) {
+    onReceive_ = [] {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(1);
+        while (std::chrono::steady_clock::now() < end)
+            continue;
+    };
+    put(0, 99);
+    EXPECT_FALSE(handOver_->drain());
+    EXPECT_LT(delivered_, 50);
+    put(100, 100);
+    EXPECT_EQ(window_.take().size(), 1u) << "a timer goes on, not another message";
+    onReceive_ = nullptr;
+    EXPECT_TRUE(handOver_->drain());
+    EXPECT_EQ(delivered_, 101);
+}
+
+TEST_F(HandOverTest, WhatIsDiscardedInTheMiddleOfADeliveryIsFreed) {
+    onReceive_ = [this] {
+        put(1, 3);
+        handOver_->discard();
+        EXPECT_EQ(NumberedBlock::alive, 1) << "the one being delivered";
+    };
+    put(0, 2);
+    EXPECT_TRUE(handOver_->drain());
+    put(1, 3);
+    EXPECT_EQ(window_.take().size(), 2u) << "posted again after the discard";
+}
+
+// The library's thread puts blocks of every kind, some of which it waits for, while posts are refused now and then.
+class HandOverFromAnotherThread : public HandOverTest, public ::testing::WithParamInterface<std::size_t> {};
+
+TEST_P(HandOverFromAnotherThread, KeepsEveryBlockInOrder) {
+    constexpr int kBlocks = 200'000;
+    window_.refuseEvery = GetParam();
+    std::thread library([&] {
+        for (int i = 0; i < kBlocks; ++i) {
+            if (i % 5'000 == 4'999) {
+                EXPECT_TRUE(handOver_->putAndWait(makeBlock(i, private_message::kNewIntercom)));
+                EXPECT_GT(delivered_, i) << "returned before its handler did";
+            } else {
+                handOver_->put(makeBlock(i, private_message::kGroupInformation + static_cast<std::uint32_t>(i % 8)));
+            }
+        }
+    });
+    while (delivered_ < kBlocks && window_.waitForMessage()) {
+        const std::size_t messages = window_.take().size();
+        for (std::size_t i = 0; i <= messages; ++i)  // the timer's comes last
+            if (!handOver_->drain()) window_.requestTimer();
+    }
+    library.join();
+    EXPECT_EQ(delivered_, kBlocks);
+    EXPECT_TRUE(handOver_->drain());
+    EXPECT_FALSE(handOver_->isPending());
+}
+
+INSTANTIATE_TEST_SUITE_P(RefusedPosts, HandOverFromAnotherThread, ::testing::Values(0, 3, 1));
+
+TEST_F(HandOverTest, ClosingEndsTheWaitAndItsBlockIsStillDelivered) {
+    put(0, 0);
+    window_.take();
+    std::thread library([&] { EXPECT_FALSE(handOver_->putAndWait(makeBlock(1, private_message::kNewIntercom))); });
+    EXPECT_TRUE(window_.waitForMessage());
+    handOver_->close();
+    library.join();
+    EXPECT_FALSE(handOver_->putAndWait(makeBlock(99, private_message::kNewIntercom))) << "no waiting once closed";
+    EXPECT_TRUE(handOver_->drain());
+    EXPECT_EQ(delivered_, 2);
+}
+
+}  // namespace
+}  // namespace orvc

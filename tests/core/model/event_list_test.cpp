@@ -1,0 +1,175 @@
+#include "model/event_list.h"
+
+#include <gtest/gtest.h>
+
+#include "fake_log_system.h"
+#include "fake_server_link.h"
+
+namespace orvc {
+namespace {
+
+class EventListTest : public ::testing::Test {
+  protected:
+    bool update(const std::string& path, const std::string& text, std::uint32_t number = 0) {
+        return list_.updateVariable({"\\ORVS\\Events\\" + path, 0, text, number});
+    }
+    // An Event that is shown as soon as its marker arrives.
+    void show(const std::string& key, const std::string& name) {
+        update(key + "\\EventName", name);
+        update(key + "\\completeBits", "", 0);
+    }
+    std::string rows() {
+        Journal names;
+        for (std::size_t i = 0; i < list_.rows().size(); ++i)
+            names.add(list_.rows().at(i).name.value_or("(none)"));
+        return names.take();
+    }
+
+    Journal journal_;
+    JournalLog log_{journal_};
+    FakeServerLink link_{journal_};
+    Directory directory_{log_.log};
+    EventList list_{link_, directory_, log_.log, log_.clock, [](std::string_view name) { return std::string(name); }};
+};
+
+TEST_F(EventListTest, OnlyNamesBelowAnEventsKeyAreClaimed) {
+    for (const char* name : {"\\ORVS\\Events\\{A}", "\\ORVS\\Events\\", "\\ORVS\\Event\\{A}\\EventName",
+                             "\\ORVS\\events\\{A}\\EventName", ""})
+        EXPECT_FALSE(list_.updateVariable({name, 0, "x"})) << name;
+    EXPECT_EQ(journal_.take(), "");
+    EXPECT_FALSE(update("\\EventName", "x"));
+    EXPECT_EQ(journal_.take(), "log: updateEventSystemVariables: did not get the event name properly");
+    EXPECT_EQ(list_.size(), 0u);
+    for (const char* field : {"EventName\\", "", "eventName", "CompleteBits"}) {
+        EXPECT_TRUE(update(std::string("{A}\\") + field, "x"));
+        EXPECT_EQ(journal_.take(), std::string("log: updateEventSystemVariable: variable '") + field + "' not found");
+    }
+    EXPECT_EQ(list_.size(), 1u);
+}
+
+TEST_F(EventListTest, ARowAppearsOnceItsRecordIsCompleteOrOverdue) {
+    for (const char* field : {"ResponseGroupKey", "ScheduleKey", "TriggerGroupKey"})
+        update(std::string("{A}\\") + field, "");
+    for (const char* field : {"completeBits", "Disabled", "EventTriggerType", "EventResponseType"})
+        update(std::string("{A}\\") + field, "", 1);
+    EXPECT_EQ(rows(), "");
+    update("{A}\\EventName", "whole");
+    update("{B}\\completeBits", "", 0);
+    EXPECT_EQ(rows(), "(none); whole") << "nothing is required of the second";
+    update("{C}\\completeBits", "", 1);
+    log_.clock.seconds += 500;
+    update("{C}\\EventName", "late");
+    EXPECT_EQ(rows(), "(none); whole");
+    log_.clock.seconds += 1;
+    update("{C}\\EventName", "late");
+    EXPECT_EQ(rows(), "(none); late; whole");
+}
+
+TEST_F(EventListTest, ARenamedEventKeepsItsRowUntilItIsSaved) {
+    show("{1}", "b");
+    show("{2}", "a");
+    const std::uint64_t revision = list_.rows().revision();
+    update("{2}\\EventName", "c");
+    EXPECT_EQ(rows(), "c; b");
+    EXPECT_GT(list_.rows().revision(), revision);
+    EventRecord saved = *list_.find("{2}");
+    saved.lastTriggered = 1;
+    update("{2}\\lastTriggered", "", 7);
+    EXPECT_EQ(&list_.store(saved), list_.find("{2}"));
+    EXPECT_EQ(rows(), "b; c");
+    EXPECT_EQ(list_.find("{2}")->lastTriggered, 7u);  // what the server told while the editor was open stays
+    saved.key = "{3}";
+    saved.name = "a";
+    list_.store(saved);
+    EXPECT_EQ(rows(), "a; b; c");
+}
+
+TEST_F(EventListTest, AnEventThatNamesAnUnknownGroupIsMarkedHereOnly) {
+    KSGroupRecord group;
+    setFieldText(group.key, "Doors");
+    directory_.updateGroup(group);
+    show("{1}", "b");
+    for (const char* known : {"", "Doors"}) {
+        update("{1}\\TriggerGroupKey", known);
+        update("{1}\\ResponseGroupKey", known);
+    }
+    EXPECT_EQ(list_.find("{1}")->badData, std::nullopt);
+    update("{1}\\ResponseGroupKey", "doors");
+    EXPECT_EQ(list_.find("{1}")->badData, 1u);
+    EXPECT_EQ(journal_.take(), "");
+}
+
+TEST_F(EventListTest, AKeyOf128CharactersIsNeverFoundAgain) {
+    for (const std::size_t length : {127, 128}) {
+        list_.clear();
+        const std::string key(length, 'k');
+        show(key, "one");
+        update(key + "\\EventName", "two");
+        EXPECT_EQ(list_.size(), length == 127 ? 1u : 3u);
+        EXPECT_EQ(list_.find(key) != nullptr, length == 127);
+        list_.remove(list_.rows().at(0));
+        EXPECT_EQ(list_.size(), length == 127 ? 0u : 2u);
+    }
+}
+
+TEST_F(EventListTest, AnEventIsWrittenFieldByFieldAndReadBackTheSame) {
+    EventRecord record;
+    record.key = "{N}";
+    record.name = "Door";
+    record.triggerType = 9;
+    record.triggerDevice = {0xAA, 0xBB, 0, 0, 0, 1};
+    record.triggerGroupKey = "tg";
+    record.timeOfDay = 95;
+    record.timeoutType = 1;
+    record.timeoutSeconds = 120;
+    record.scheduleKey = "s";
+    record.responseType = 4;
+    record.messageKey = "m";
+    record.fileGuid = "f";
+    record.ttsFilename = "t";
+    record.lastChecked = 11;
+    record.lastTriggered = 12;
+    record.disabled = 0;
+    const std::string path = "\\ORVS\\Events\\{N}";
+    std::string expected = "create " + path;
+    for (const char* value :
+         {"EventName='Door'", "EventTriggerType=9", "TriggerDeviceMAC='aa:bb:00:00:00:01'", "TriggerGroupKey='tg'",
+          "TriggerTimeoutType=1", "TriggerTimeoutSeconds=120", "TriggerTimeOfDay=95", "ScheduleKey='s'",
+          "EventResponseType=4", "MessageKey='m'", "FileGUID='f'", "TtsFilename='t'",
+          "ResponseDeviceMAC='00:00:00:00:00:00'", "ResponseGroupKey=''", "lastTriggered=12", "lastChecked=11",
+          "Disabled=0", "completeBits=1"})
+        expected += "; " + path + "\\" + value;
+    list_.write(list_.append(record));
+    EXPECT_EQ(journal_.take(), expected);
+
+    // Everything that was written comes back as a notification, to a list that knows nothing yet.
+    list_.clear();
+    std::istringstream written(expected.substr(expected.find("; ") + 2) + "; " + path + "\\badData=1");
+    for (std::string entry; std::getline(written, entry, ';');) {
+        const std::size_t name = entry.find('\\'), value = entry.find('=') + 1;
+        const bool isText = entry[value] == '\'';
+        list_.updateVariable({std::string_view(entry).substr(name, value - 1 - name), 0,
+                              isText ? entry.substr(value + 1, entry.size() - value - 2) : "",
+                              isText ? 0 : static_cast<std::uint32_t>(std::stoul(entry.substr(value)))});
+    }
+    EXPECT_EQ(rows(), "Door");
+    list_.write(*list_.find("{N}"));
+    EXPECT_EQ(journal_.take(), expected + "; " + path + "\\badData=0") << "an Event that was marked bad is cleared";
+    list_.write(*list_.find("{N}"));
+    EXPECT_EQ(journal_.take(), expected);
+}
+
+TEST_F(EventListTest, ADeletedEventIsGoneHereAndOnTheServer) {
+    show("{1}", "a");
+    show("{2}", "b");
+    list_.remove(*list_.find("{2}"));
+    EXPECT_EQ(journal_.take(), "remove \\ORVS\\Events\\{2}\\");
+    EXPECT_EQ(rows(), "a");
+    show("{2}", "b again");  // made anew, not found freed
+    EXPECT_EQ(rows(), "a; b again");
+    list_.deletePayloadFile(*list_.find("{2}"));
+    EXPECT_EQ(journal_.take(), "") << "no payload";
+}
+
+}  // namespace
+}  // namespace orvc

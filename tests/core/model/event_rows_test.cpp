@@ -1,0 +1,76 @@
+#include "model/event_rows.h"
+
+#include <gtest/gtest.h>
+
+#include <list>
+
+#include "journal.h"
+
+namespace orvc {
+namespace {
+
+std::string lowerCase(std::string_view name) {
+    std::string key(name);
+    for (char& c : key)
+        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+    return key;
+}
+
+class EventRowsTest : public ::testing::Test {
+  protected:
+    EventRecord& add(std::optional<std::string> name) {
+        EventRecord& record = records_.emplace_back();
+        record.name = std::move(name);
+        record.key = std::to_string(records_.size());
+        rows_.insert(record);
+        return record;
+    }
+    // Names, each with its number in the order in which they came; every row knows where it stands.
+    std::string rows() {
+        Journal names;
+        for (std::size_t row = 0; row < rows_.size(); ++row) {
+            EXPECT_EQ(rows_.rowOf(rows_.at(row)), row);
+            names.add(rows_.at(row).name.value_or("") + rows_.at(row).key);
+        }
+        return names.take();
+    }
+
+    std::list<EventRecord> records_;
+    EventRows rows_{lowerCase};
+};
+
+TEST_F(EventRowsTest, NamesAreOrderedWithoutCaseAndTheNewestOfEqualsIsFirst) {
+    for (const char* name : {"beta", "Alpha", "ALPHA", "", "alphabet", "\xFF", "%s"})
+        add(name);
+    add(std::nullopt);
+    EXPECT_EQ(rows(),
+              "8; 4; %s7; ALPHA3; Alpha2; alphabet5; beta1; \xFF"
+              "6");
+    rows_.remove(*std::next(records_.begin(), 1));
+    rows_.remove(*std::next(records_.begin(), 3));
+    EXPECT_EQ(rows(),
+              "8; %s7; ALPHA3; alphabet5; beta1; \xFF"
+              "6");
+}
+
+TEST_F(EventRowsTest, ARowKeepsItsPlaceWhenItsNameChanges) {
+    EventRecord& middle = add("m");
+    EventRecord& first = add("a");
+    add("z");
+    first.name = "y";
+    rows_.rename(first);
+    EXPECT_EQ(rows(), "y2; m1; z3");
+    add("n");  // before the first row that is not less, wherever that is
+    add("zz");
+    EXPECT_EQ(rows(), "n4; y2; m1; z3; zz5");
+    rows_.remove(first);
+    rows_.insert(first);
+    rows_.remove(middle);
+    rows_.remove(middle);
+    EXPECT_EQ(rows(), "n4; y2; z3; zz5");
+    rows_.clear();
+    EXPECT_EQ(rows_.rowOf(first), std::nullopt);
+}
+
+}  // namespace
+}  // namespace orvc

@@ -1,0 +1,76 @@
+#include "model/schedule.h"
+
+#include <gtest/gtest.h>
+
+#include "fake_log_system.h"
+
+namespace orvc {
+namespace {
+
+class ScheduleTest : public ::testing::Test {
+  protected:
+    WeekMask read(const std::string& text, WeekMask mask = {}) {
+        copyScheduleFromString(mask, text, log_.log);
+        return mask;
+    }
+
+    Journal journal_;
+    JournalLog log_{journal_};
+};
+
+TEST_F(ScheduleTest, HoursAreReadAndWrittenByDayAndHalfHour) {
+    const auto zeros = [](std::size_t count) { return std::string(count, '0'); };
+    struct {
+        int day, slot;
+        std::string text;
+    } const rows[] = {{0, 0, "01" + zeros(82)},
+                      {1, 8, zeros(12) + "0001" + zeros(68)},
+                      {0, 4, "10" + zeros(82)},
+                      {6, 47, zeros(82) + "80"}};
+    for (const auto& row : rows) {
+        WeekMask mask;
+        mask.set(row.day, row.slot);
+        EXPECT_EQ(formatHours(mask), row.text);
+        EXPECT_EQ(read(row.text), mask);
+        EXPECT_TRUE(mask.isSet(row.day, row.slot));
+    }
+    WeekMask mask = WeekMask::everySlot();
+    mask.clearDay(3);
+    EXPECT_EQ(formatHours(mask), std::string(36, 'f') + zeros(12) + std::string(36, 'f'));
+}
+
+TEST_F(ScheduleTest, EveryCharacterIsADigitOfSomeValueButTheLengthMustBeRight) {
+    const std::pair<const char*, int> rows[] = {{"aF", 0xAF}, {"Ff", 0xFF}, {"9A", 0x9A}, {"gz", 0},   {"G1", 1},
+                                                {"~5", 5},    {"0:", 10},   {"0@", 16},   {"0/", 255}, {"1 ", 0}};
+    for (const auto& [digits, byte] : rows)
+        EXPECT_EQ(read(digits + std::string(82, '0')).bytes()[0], byte) << digits;
+    for (const std::size_t length : {0, 83, 85, 100'000}) {
+        EXPECT_EQ(read(std::string(length, '0'), WeekMask::everySlot()), WeekMask::everySlot());
+        EXPECT_EQ(journal_.take(),
+                  "log: copyScheduleFromString: Invalid schedule hex string length, expected 84, received " +
+                      std::to_string(length));
+    }
+}
+
+TEST_F(ScheduleTest, ARecordIsCompleteWithItsFieldsOrOnceItsGraceIsOver) {
+    FakeClock& clock = log_.clock;
+    ScheduleRecord record;
+    record.completionDeadline = clock.seconds - 1;
+    EXPECT_FALSE(isScheduleComplete(record, clock)) << "without its marker never";
+    record.completeBits = 3;
+    record.completionDeadline = clock.seconds;
+    EXPECT_FALSE(isScheduleComplete(record, clock));
+    clock.seconds += 1;
+    EXPECT_TRUE(isScheduleComplete(record, clock));
+    EXPECT_FALSE(isScheduleComplete(record, clock)) << "the grace is given once";
+    record.name = record.key = "";
+    EXPECT_FALSE(isScheduleComplete(record, clock));
+    record.hours = WeekMask{};
+    EXPECT_TRUE(isScheduleComplete(record, clock)) << "empty texts and masks are there";
+    record.hours.reset();
+    record.completeBits = 0xFFFFFFFE;
+    EXPECT_TRUE(isScheduleComplete(record, clock)) << "bit 0 clear: nothing is required";
+}
+
+}  // namespace
+}  // namespace orvc

@@ -97,7 +97,7 @@ class Session {
     void doWaitSystemVariableComplete();
     void releaseCurrentSettings();
     void waitForReload();
-    bool areSettingsComplete() const { return serverSettings_.isComplete(clock_.now(), graceDeadline_); }
+    bool areSettingsComplete() const { return serverSettings_.isComplete(clock_, graceDeadline_); }
     void clearServerLists();
     void clearMirror();
 

@@ -46,11 +46,11 @@ bool ServerSettings::updateVariable(const Variable& variable) {
     return true;
 }
 
-bool ServerSettings::isComplete(std::int64_t now, std::int64_t graceDeadline) const {
+bool ServerSettings::isComplete(const Clock& clock, std::int64_t graceDeadline) const {
     if (!completeBits) return false;
     if ((*completeBits & kMustBeWhole) == 0) return true;
     for (const auto& text : kTexts)
-        if (!(this->*text.second)) return now > graceDeadline;
+        if (!(this->*text.second)) return clock.now() > graceDeadline;
     return true;
 }
 

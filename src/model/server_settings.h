@@ -7,6 +7,7 @@
 
 #include "link/server_link.h"
 #include "link/variable_store.h"
+#include "support/clock.h"
 
 namespace orvc {
 
@@ -15,9 +16,10 @@ class ServerSettings final : public VariableOwner {
   public:
     bool updateVariable(const Variable& variable) override;
 
-    // Complete when the marker has arrived and, if its bit 0 is set, all four texts too; with a text missing, once
-    // `now` is past `graceDeadline` (seconds since 1970 UTC).
-    bool isComplete(std::int64_t now, std::int64_t graceDeadline) const;
+    // Complete when the marker has arrived and, if its bit 0 is set, all four texts too; with a text missing, once the
+    // time is past `graceDeadline` (seconds since 1970 UTC). Asked for each variable that arrives, so the clock is read
+    // only where it decides.
+    bool isComplete(const Clock& clock, std::int64_t graceDeadline) const;
 
     // Writes all values to the server, the marker last.
     void write(ServerLink& link) const;

@@ -10,7 +10,8 @@
 namespace orvc {
 
 std::int64_t SystemClock::now() const {
-    return static_cast<std::int64_t>(std::time(nullptr));
+    // Not time(): with the C library of Windows it works the calendar out, which costs forty times as much.
+    return std::chrono::duration_cast<std::chrono::seconds>(std::chrono::system_clock::now().time_since_epoch()).count();
 }
 
 std::uint32_t SystemClock::tickCount() const {

@@ -2,10 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include "fake_clock.h"
 #include "fake_server_link.h"
 
 namespace orvc {
 namespace {
+
+FakeClock at(std::int64_t seconds) {
+    FakeClock clock;
+    clock.seconds = seconds;
+    return clock;
+}
 
 TEST(ServerSettings, OnlyTheSixNamesAreClaimedAndWrittenTheMarkerLast) {
     ServerSettings settings;
@@ -25,23 +32,23 @@ TEST(ServerSettings, OnlyTheSixNamesAreClaimedAndWrittenTheMarkerLast) {
 
 TEST(ServerSettings, CompletenessNeedsTheMarkerAndAllTextsOrTheEndOfTheGrace) {
     ServerSettings settings;
-    EXPECT_FALSE(settings.isComplete(1'000, 5)) << "no marker";
+    EXPECT_FALSE(settings.isComplete(at(1'000), 5)) << "no marker";
     for (const std::uint32_t bits : {0u, 0xFFFFFFFEu}) {
         settings.completeBits = bits;
-        EXPECT_TRUE(settings.isComplete(0, 5));
+        EXPECT_TRUE(settings.isComplete(at(0), 5));
     }
     settings.completeBits = 1;
     for (const auto member : {&ServerSettings::userName, &ServerSettings::password, &ServerSettings::smtpHost,
                               &ServerSettings::defaultFrom}) {
-        EXPECT_FALSE(settings.isComplete(5, 5));
-        EXPECT_TRUE(settings.isComplete(6, 5));
+        EXPECT_FALSE(settings.isComplete(at(5), 5));
+        EXPECT_TRUE(settings.isComplete(at(6), 5));
         settings.*member = "";
     }
-    EXPECT_TRUE(settings.isComplete(5, 5)) << "an empty text is there";
+    EXPECT_TRUE(settings.isComplete(at(5), 5)) << "an empty text is there";
     settings.updateVariable({"\\ORVS\\defaultFrom", 0, std::nullopt});
-    EXPECT_FALSE(settings.isComplete(5, 5));
+    EXPECT_FALSE(settings.isComplete(at(5), 5));
     settings.updateVariable({"\\ORVS\\completeBits", 0, std::nullopt, 0xFFFFFFFF});
-    EXPECT_FALSE(settings.isComplete(1'000, 5));
+    EXPECT_FALSE(settings.isComplete(at(1'000), 5));
 }
 
 }  // namespace

@@ -215,7 +215,7 @@ std::optional<LRESULT> MainWindow::onNotify(NMHDR& header) {
 void MainWindow::runFromList(unsigned command) {
     const UINT state = GetMenuState(menu_.get(), command, MF_BYCOMMAND);
     if (state != static_cast<UINT>(-1) && (state & (MF_GRAYED | MF_DISABLED)) == 0)
-        SendMessageA(window(), WM_COMMAND, command, 0);
+        PostMessageA(window(), WM_COMMAND, command, 0);  // the list finishes with its click first
 }
 
 bool MainWindow::onTimer(std::uintptr_t timerId) {

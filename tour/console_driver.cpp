@@ -200,7 +200,10 @@ void ConsoleDriver::doubleClickRow(HWND dialog, unsigned listId, int row) {
 }
 
 void ConsoleDriver::clickTab(HWND dialog, unsigned tabsId, int tab) {
-    clickItem(GetDlgItem(dialog, static_cast<int>(tabsId)), TCM_GETITEMRECT, tab, false);
+    const HWND tabs = GetDlgItem(dialog, static_cast<int>(tabsId));
+    clickItem(tabs, TCM_GETITEMRECT, tab, false);
+    // What is sent after this overtakes a click that still waits.
+    waitUntil([&] { return SendMessageA(tabs, TCM_GETCURSEL, 0, 0) == tab; }, kAnswerPatience);
 }
 
 // `message` asks the control for the item's rectangle.

@@ -64,6 +64,7 @@ class ConsoleDriver {
     // Clicks that take their time: without waiting for what they start. A row or tab that is not there is not clicked.
     void clickRow(HWND dialog, unsigned listId, int row);
     void doubleClickRow(HWND dialog, unsigned listId, int row);
+    // Waits until the tab is the chosen one.
     void clickTab(HWND dialog, unsigned tabsId, int tab);
     // Chooses an entry of a drop-down list by its text and tells the dialog, as an operator's choice does. Returns
     // false when there is no such entry or the list is disabled.

@@ -51,8 +51,8 @@ void EventListView::refresh() {
     shownRevision_ = rows_.revision();
     refreshing_ = true;
     const auto count = static_cast<WPARAM>(rows_.size());
-    if (static_cast<WPARAM>(SendMessageA(list_, LVM_GETITEMCOUNT, 0, 0)) != count)
-        SendMessageA(list_, LVM_SETITEMCOUNT, count, LVSICF_NOSCROLL | LVSICF_NOINVALIDATEALL);
+    const auto before = static_cast<WPARAM>(SendMessageA(list_, LVM_GETITEMCOUNT, 0, 0));
+    if (before != count) SendMessageA(list_, LVM_SETITEMCOUNT, count, LVSICF_NOSCROLL | LVSICF_NOINVALIDATEALL);
     // The selected Event may have moved: an address that no row holds any more is no Event.
     int row = -1;
     for (std::size_t i = 0; selected_ != nullptr && i < rows_.size(); ++i) {
@@ -65,7 +65,29 @@ void EventListView::refresh() {
     }
     if (row != selectedRow_ || row == -1) select(row);
     refreshing_ = false;
-    InvalidateRect(list_, nullptr, FALSE);
+    repaintChangedRows(count < before);
+}
+
+// While events pour in most of them change nothing that is to be seen, and painting is dear.
+void EventListView::repaintChangedRows(bool rowsWent) {
+    const auto from = static_cast<int>(SendMessageA(list_, LVM_GETTOPINDEX, 0, 0));
+    const auto page = static_cast<std::size_t>(SendMessageA(list_, LVM_GETCOUNTPERPAGE, 0, 0)) + 1;
+    const auto first = static_cast<std::size_t>(std::max(from, 0));
+    std::vector<std::string> shown;
+    for (std::size_t row = first; row < rows_.size() && row < first + page; ++row) {
+        std::string& texts = shown.emplace_back();
+        for (int column = 0; column < kEventColumnCount; ++column)
+            texts.append(eventCellText(rows_.at(row), static_cast<EventColumn>(column), strings_, clock_)).append("\n");
+    }
+    const bool scrolled = from != std::exchange(shownFrom_, from);
+    shown.swap(shownRows_);  // `shown` is what was there
+    if (rowsWent || scrolled) {
+        InvalidateRect(list_, nullptr, FALSE);
+        return;
+    }
+    for (std::size_t i = 0; i < shownRows_.size(); ++i)
+        if (i >= shown.size() || shown[i] != shownRows_[i])
+            SendMessageA(list_, LVM_REDRAWITEMS, first + i, static_cast<LPARAM>(first + i));
 }
 
 void EventListView::select(int row) {

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "app/event_texts.h"
 #include "model/event_rows.h"
@@ -26,7 +27,8 @@ class EventListView {
     // Sets up columns and styles of a list control made with LVS_OWNERDATA.
     void attach(HWND list);
 
-    // Shows what the rows hold by now, in one repaint. The selected Event stays selected wherever its row is.
+    // Shows what the rows hold by now: only visible rows that changed are painted again. The selected Event stays
+    // selected wherever its row is.
     void refresh();
     bool isUpToDate() const { return shownRevision_ == rows_.revision(); }
 
@@ -49,6 +51,7 @@ class EventListView {
     void fillItem(LVITEMA& item);
     int findByPrefix(const NMLVFINDITEMA& request) const;
     void rememberSelection();
+    void repaintChangedRows(bool rowsWent);
 
     const EventRows& rows_;
     const StringTable& strings_;
@@ -59,6 +62,9 @@ class EventListView {
     std::uint64_t shownRevision_ = 0;
     bool refreshing_ = false;
     std::string cellText_;
+    // What the rows from the control's first visible one on showed at the last refresh.
+    int shownFrom_ = 0;
+    std::vector<std::string> shownRows_;
 };
 
 }  // namespace orvc

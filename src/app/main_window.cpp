@@ -19,8 +19,10 @@
 namespace orvc {
 namespace {
 
-// While events pour in the list is shown anew this often at most, in milliseconds.
+// While events pour in the list is shown anew this often at most, in milliseconds, and takes at most a tenth of the
+// time.
 constexpr std::uint32_t kRefreshPeriod = 100;
+constexpr std::uint32_t kRefreshShare = 10;
 
 // Passes every keystroke on.
 LRESULT CALLBACK keyboardProcedure(int code, WPARAM wParam, LPARAM lParam) {
@@ -320,10 +322,12 @@ bool MainWindow::deliverWhenIdle() {
 
 void MainWindow::showChanges(bool isLast) {
     if (list_.isUpToDate()) return;
-    const std::uint32_t now = parts_.clock.tickCount();
-    if (!isLast && now - lastRefresh_ < kRefreshPeriod) return;
-    lastRefresh_ = now;
+    const std::uint32_t start = parts_.clock.tickCount();
+    if (!isLast && start - lastRefresh_ < refreshPause_) return;
     list_.refresh();
+    UpdateWindow(control(IDC_EVENT_LIST));
+    lastRefresh_ = parts_.clock.tickCount();
+    refreshPause_ = std::max(kRefreshPeriod, (lastRefresh_ - start) * kRefreshShare);
 }
 
 // ---------------------------------------------------------------------------------------------------------------------

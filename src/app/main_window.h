@@ -112,7 +112,8 @@ class MainWindow final : public win32::Dialog, private SessionHost {
     std::string libraryVersionText_;
     std::string helpPath_;
     bool scratchWarningShown_ = false;
-    std::uint32_t lastRefresh_ = 0;  // tick count
+    std::uint32_t lastRefresh_ = 0;   // tick count
+    std::uint32_t refreshPause_ = 0;  // milliseconds until the next one while events pour in
 };
 
 }  // namespace orvc

@@ -99,12 +99,9 @@ TEST_F(EventFormTest, EachStepOpensWhenTheOneBeforeIsComplete) {
 
 TEST_F(EventFormTest, OnlyTheActivationsOfferATimeout) {
     for (int trigger = 1; trigger < kTriggerCount; ++trigger) {
-        EventForm form = newForm();
-        form.setName("x");
+        EventForm form = formWith(Response::kNone);
         form.chooseTrigger(trigger);
-        form.chooseSource(1);
-        const bool mayWait = trigger == 1 || trigger == 3 || trigger == 5;
-        EXPECT_EQ(enabled(form), mayWait ? "Tst" : "TsS") << trigger;
+        EXPECT_EQ(form.enabling().timeout, trigger == 1 || trigger == 3 || trigger == 5) << trigger;
     }
 }
 
@@ -335,8 +332,9 @@ TEST_F(EventFormTest, FillingLeavesNothingOfTheOldValues) {
         record.lastTriggered = 12;
         record.badData = 1;
         record.disabled = 0;
-        EventForm form = formWith(c.response);
+        EventForm form = formWith(Response::kActivateRelay);
         form.chooseDestination(3);
+        chooseResponse(form, c.response);
         form.setMessageKey("other");
         form.setTtsFilename("new");
         form.setDisabled(true);

@@ -224,12 +224,16 @@ void CSetupEventDlg::selectTtsFile() {
 
 void CSetupEventDlg::enterSpokenText() {
     CSetupTtsDlg dialog(parts_.resources, form_.spokenText());
-    if (dialog.run(window())) form_.setSpokenText(dialog.text());
+    if (!dialog.run(window())) return;
+    endFetch();
+    form_.setSpokenText(dialog.text());
 }
 
 void CSetupEventDlg::enterEmail() {
     CSetupEmailDlg dialog(parts_.resources, form_.email());
-    if (dialog.run(window())) form_.setEmail(dialog.email());
+    if (!dialog.run(window())) return;
+    endFetch();
+    form_.setEmail(dialog.email());
 }
 
 void CSetupEventDlg::editSchedules() {
@@ -283,6 +287,13 @@ void CSetupEventDlg::pollFetch(std::uintptr_t timer) {
     KillTimer(window(), timer);
     pleaseWait_.destroy();
     showLists();
+}
+
+// What the operator has entered meanwhile stands, whatever the server still sends.
+void CSetupEventDlg::endFetch() {
+    for (const UINT_PTR timer : {kFetchSpokenText, kPollSpokenText, kFetchEmail, kPollEmail})
+        KillTimer(window(), timer);
+    pleaseWait_.destroy();
 }
 
 void CSetupEventDlg::onDestroy() {

@@ -57,6 +57,7 @@ class CSetupEventDlg final : public win32::Dialog {
     void showEnabling();
     void startFetch(PayloadFetch fetch);
     void pollFetch(std::uintptr_t timer);
+    void endFetch();
 
     EventEditorParts parts_;
     EventRecord record_;

@@ -18,7 +18,7 @@ CSetupServerAudioFileDlg::CSetupServerAudioFileDlg(const win32::Resources& resou
     : Dialog(resources, IDD_SERVER_AUDIO), key_(std::move(key)) {
     for (const AudioMessage& message : directory.messages())
         entries_.push_back({std::string(message.name()), std::string(message.key())});
-    // Of several messages with one name the first told stands for all.
+    // Of several messages with one name the last told, which the directory lists first, stands for all.
     std::ranges::stable_sort(entries_, {}, &Entry::name);
     const auto rest = std::ranges::unique(entries_, {}, &Entry::name);
     entries_.erase(rest.begin(), rest.end());

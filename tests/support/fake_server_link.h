@@ -39,7 +39,10 @@ class FakeServerLink final : public ServerLink {
         return called(name + "='" + text + "'");
     }
     std::int32_t setDword(const std::string& name, std::uint32_t number) override { return called(name + "=", number); }
-    std::int32_t createFile(KSGuid&) override { return called("KSFileCreate"); }
+    std::int32_t createFile(KSGuid& created) override {
+        created = newFile;
+        return called("KSFileCreate");
+    }
     std::int32_t readFile(const KSGuid& file) override { return called("KSFileRead " + formatGuid(file)); }
     std::int32_t writeFile(const KSGuid& file, std::string_view bytes) override {
         return called("KSFileWrite " + formatGuid(file).append(" ").append(bytes));
@@ -48,13 +51,15 @@ class FakeServerLink final : public ServerLink {
 
     bool open = true;
     StartResult startResult{0, true};
+    KSGuid newFile{};
+    std::string refused;                                  // calls that begin so fail
     std::function<void(const std::string& call)> onCall;  // runs inside each call
 
   private:
     std::int32_t called(const std::string& call) {
         journal_.add(call);
         if (onCall) onCall(call);
-        return 0;
+        return !refused.empty() && call.starts_with(refused) ? -1 : 0;
     }
     std::int32_t called(std::string call, std::uint32_t number) { return called(call += std::to_string(number)); }
 

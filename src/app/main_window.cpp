@@ -23,6 +23,8 @@ namespace {
 // time.
 constexpr std::uint32_t kRefreshPeriod = 100;
 constexpr std::uint32_t kRefreshShare = 10;
+// Milliseconds for which a wait for the server does not fall asleep.
+constexpr std::uint32_t kAnswerTime = 3;
 
 // Passes every keystroke on.
 LRESULT CALLBACK keyboardProcedure(int code, WPARAM wParam, LPARAM lParam) {
@@ -506,9 +508,16 @@ void MainWindow::pause(std::uint32_t milliseconds) {
 
 void MainWindow::handleMessagesAndSleep(std::uint32_t milliseconds) {
     win32::handleWaitingMessages();
-    if (session_.hasUndeliveredEvents()) deliverEvents();
+    // Most answers of the server come within a millisecond; falling asleep and waking up takes longer.
+    const std::uint32_t start = parts_.clock.tickCount();
+    while (!session_.hasUndeliveredEvents() && parts_.clock.tickCount() - start < kAnswerTime)
+        SwitchToThread();
+    if (session_.hasUndeliveredEvents()) {
+        deliverEvents();
+        return;
+    }
     // A message ends the sleep, so that the window answers at once.
-    if (!session_.hasUndeliveredEvents()) MsgWaitForMultipleObjects(0, nullptr, FALSE, milliseconds, QS_ALLINPUT);
+    MsgWaitForMultipleObjects(0, nullptr, FALSE, milliseconds, QS_ALLINPUT);
 }
 
 std::string MainWindow::findAdapterName(const std::string& serverAddress) {

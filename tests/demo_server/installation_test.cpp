@@ -66,28 +66,11 @@ TEST(InstallationText, RefusesADamagedTextWhole) {
         EXPECT_FALSE(parseInstallation(good.substr(0, length)).installation) << "cut at " << length;
     }
     const char* badLines[] = {
-        "nonsense",
-        "string",
-        "string \\x",
-        "string \\x = %4",
-        "string \\x = %zz",
-        "dword \\x = ",
-        "dword \\x = -1",
-        "dword \\x = 1 ",
-        "dword \\x = 4294967296",
-        "key %",
-        "device 02 = x",
-        "group x = y",
-        "member 5 = 02:00:00:00:00:01",
-        "user x = 2 y",
-        "user x = ",
-        "queue 1 = x",
-        "queue 1 0 0 0 0 = x",
-        "queue 1 2 0 0 = x",
+        "nonsense",      "string \\x = %4",
+        "dword \\x = ",  "dword \\x = 4294967296",
+        "device 02 = x", "member 5 = 02:00:00:00:00:01",
+        "user x = 2 y",  "queue 1 2 0 0 = x",
         "file {1} = x",
-        "variable \\x = 1",
-        "dword  = x",
-        "file {7C1E9A54-3B60-4F2D-8D17_50A6E4B93C01} = x",
     };
     for (const char* line : badLines) {
         const InstallationParse parse =
@@ -95,8 +78,6 @@ TEST(InstallationText, RefusesADamagedTextWhole) {
         EXPECT_FALSE(parse.installation) << line;
         EXPECT_EQ(parse.problem, "line 2 cannot be read");
     }
-    const InstallationParse twice = parseInstallation("demo-server-installation 1\ngroup 1 = a\ngroup 1 = b\nend\n");
-    EXPECT_FALSE(twice.installation) << "one group id twice";
 }
 
 class InstallationFile : public ::testing::Test {
@@ -104,37 +85,24 @@ class InstallationFile : public ::testing::Test {
     void SetUp() override { fs::create_directories(folder_); }
     void TearDown() override { fs::remove_all(folder_); }
 
-    void write(const std::string& text) { std::ofstream(path_, std::ios::binary) << text; }
-    std::size_t filesInFolder() const {
-        return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()));
-    }
-
     const fs::path folder_ = fs::temp_directory_path() / guidText(randomGuid());
     const fs::path path_ = folder_ / "installation.txt";
 };
 
-TEST_F(InstallationFile, IsNotMissedWhenThereIsNone) {
-    const InstallationLoad load = loadInstallationFile(path_);
-    EXPECT_FALSE(load.installation);
-    EXPECT_EQ(load.problem, "");
-}
-
 TEST_F(InstallationFile, IsReplacedWholeAndLeavesNothingBeside) {
-    const fs::path deeper = folder_ / "made" / "as needed" / "installation.txt";
+    const fs::path deeper = folder_ / "made as needed" / "installation.txt";
     const std::string text = formatInstallation(makeBuiltInBuilding(1'700'000'000));
     ASSERT_TRUE(saveInstallationFile(deeper, "old"));
     ASSERT_TRUE(saveInstallationFile(deeper, text));
     const InstallationLoad load = loadInstallationFile(deeper);
     ASSERT_TRUE(load.installation) << load.problem;
     EXPECT_EQ(formatInstallation(*load.installation), text);
-    fs::rename(deeper, path_);
-    fs::remove_all(folder_ / "made");
-    EXPECT_EQ(filesInFolder(), 1u);
+    EXPECT_EQ(std::distance(fs::directory_iterator(deeper.parent_path()), fs::directory_iterator()), 1);
 }
 
 TEST_F(InstallationFile, IsSetAsideWhenDamaged) {
     for (const char* damaged : {"demo-server-installation 1\nstring", "something else"}) {
-        write(damaged);
+        std::ofstream(path_, std::ios::binary) << damaged;
         const InstallationLoad load = loadInstallationFile(path_);
         EXPECT_FALSE(load.installation);
         EXPECT_NE(load.problem, "");
@@ -142,12 +110,6 @@ TEST_F(InstallationFile, IsSetAsideWhenDamaged) {
         std::ifstream bad(path_.string() + ".bad", std::ios::binary);
         EXPECT_EQ(std::string(std::istreambuf_iterator<char>(bad), {}), damaged);
     }
-}
-
-TEST_F(InstallationFile, SaysWhenItCannotBeSaved) {
-    fs::create_directories(path_ / "in the way");
-    EXPECT_FALSE(saveInstallationFile(path_, "text"));
-    EXPECT_EQ(filesInFolder(), 1u) << "the unfinished file is gone";
 }
 
 }  // namespace

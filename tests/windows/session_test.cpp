@@ -60,15 +60,6 @@ TEST_F(SessionWindowTest, TheConsoleEndsWhileItWaitsForGroupMembers) {
               (std::vector<std::string>{"KSStop", "KSClose"}));
 }
 
-TEST_F(SessionWindowTest, AMissingMarkerEndsTheWaitAfterTwoSeconds) {
-    setInteger("recordEvents", 1);
-    startConsole("incomplete=1");
-    ASSERT_TRUE(console_.logOn(kBuildingEvents));
-    EXPECT_TRUE(ConsoleDriver::waitUntil(
-        [&] { return logHas("doWaitSystemVariableComplete: Timeout waiting for system variables to complete"); },
-        6000));
-}
-
 TEST_F(SessionWindowTest, MinimisingHidesTheWindowIntoTheTrayWhenSetSo) {
     setInteger("hideMinimized", 1);
     startConsole();
@@ -90,20 +81,6 @@ TEST_F(SessionWindowTest, ForgedPrivateMessagesDoNothing) {
     }
     EXPECT_EQ(console_.eventCount(), kBuildingEvents);
     EXPECT_TRUE(console_.isRunning());
-    exitConsole();
-}
-
-TEST_F(SessionWindowTest, TheAboutBoxTellsTheVersions) {
-    startConsole();
-    ASSERT_TRUE(console_.logOn(kBuildingEvents));
-    PostMessageA(console_.mainWindow(), WM_SYSCOMMAND, IDM_ABOUT_SYSTEM, 0);
-    const HWND about = console_.waitForWindowWith(IDC_ABOUT_LIST);
-    ASSERT_NE(about, nullptr);
-    EXPECT_EQ(SendMessageA(GetDlgItem(about, IDC_ABOUT_LIST), LB_GETCOUNT, 0, 0), 3);
-    EXPECT_FALSE(IsWindowEnabled(console_.mainWindow()));
-    ConsoleDriver::click(about, IDOK);
-    ASSERT_TRUE(console_.waitUntilGone(about));
-    EXPECT_TRUE(IsWindowEnabled(console_.mainWindow()));
     exitConsole();
 }
 

@@ -30,23 +30,14 @@ TEST(Options, AreReadTogether) {
 }
 
 TEST(Options, MalformedItemsChangeNothingAndAreComplainedAbout) {
-    const char* malformed[] = {
-        "fire",      "fire=",          "fire=-1",       "fire=1s",           "fire=99999999999",
-        "events=x",  "events=2000000", "refuse=",       "refuse=-5,",        "refuse=0",
-        "admin=yes", "stop-after=1.",  "stop-after=.5", "stop-after=1.2345", "resend=all",
-        "resend",    "shuffle=-1",     "file=",         "colour=red",        "=",
-        "devices=5", "groups=5",
-    };
-    for (const char* text : malformed) {
+    for (const char* text :
+         {"fire=-1", "fire=1s", "fire=99999999999", "events=2000000", "refuse=-5,", "admin=2", "x"}) {
         const Options options = parseOptions(text);
         EXPECT_EQ(options.complaints.size(), 1u) << text;
         EXPECT_EQ(options.fireInterval, 20'000u) << text;
         EXPECT_FALSE(options.generated || options.stopAfter || options.shuffleSeed || options.resendValues) << text;
         EXPECT_TRUE(options.admin) << text;
     }
-    const Options mixed = parseOptions("colour=red;fire=5");
-    EXPECT_EQ(mixed.fireInterval, 5u);
-    EXPECT_EQ(mixed.complaints.size(), 1u);
 }
 
 }  // namespace

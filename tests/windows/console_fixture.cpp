@@ -44,8 +44,9 @@ void ConsoleTest::TearDown() {
 
 void ConsoleTest::startConsole(const std::string& options, const std::string& folder) {
     const std::string demo = "fire=0;file=" + workFolder_ + "\\installation.txt;trace=" + workFolder_ + "\\trace.txt;";
-    environment_.emplace_back("ORVC_DEMO", demo + options);
-    ASSERT_TRUE(console_.start(folder + "\\ORVSConfig.exe", environment_));
+    driver::Environment environment = environment_;
+    environment.emplace_back("ORVC_DEMO", demo + options);
+    ASSERT_TRUE(console_.start(folder + "\\ORVSConfig.exe", environment));
 }
 
 void ConsoleTest::exitConsole() {

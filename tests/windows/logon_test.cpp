@@ -66,15 +66,6 @@ TEST_F(LogonTest, FirstFailureCountsDownSilentlyAndTheSecondIsTold) {
     EXPECT_TRUE(console_.waitForEnd());
 }
 
-TEST_F(LogonTest, CountsDownToAnAttemptOfItsOwn) {
-    startConsole("refuse=-5");
-    const HWND dialog = console_.logonDialog();
-    ASSERT_NE(dialog, nullptr);
-    console_.enterLogon("admin", "admin");
-    ASSERT_TRUE(waitForTitle(dialog, "Waiting for Login Retry 9", 4000));
-    EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return console_.eventCount() == kBuildingEvents; }));
-}
-
 TEST_F(LogonTest, AUserWithoutAdministratorRightsIsSentBackToThePassword) {
     startConsole();
     const HWND dialog = console_.logonDialog();

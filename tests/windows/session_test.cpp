@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "windows/console_fixture.h"
 
 namespace orvc::test {
@@ -8,17 +6,6 @@ namespace {
 using driver::ConsoleDriver;
 
 class SessionWindowTest : public ConsoleTest {};
-
-TEST_F(SessionWindowTest, AServerStopEmptiesTheListAndAsksForANewLogon) {
-    startConsole("stop-once=1");
-    ASSERT_TRUE(console_.logOn(kBuildingEvents));
-    const HWND dialog = console_.logonDialog();
-    ASSERT_NE(dialog, nullptr);
-    EXPECT_EQ(console_.eventCount(), 0u);
-    EXPECT_EQ(ConsoleDriver::textOf(console_.mainWindow()), "Orvane VANTE - Automation - Events Configuration Console");
-    ASSERT_TRUE(console_.logOn(kBuildingEvents));
-    exitConsole();
-}
 
 TEST_F(SessionWindowTest, AServerStopLogsOnAgainWithSavedCredentials) {
     setText("UserName", "admin");
@@ -43,21 +30,6 @@ TEST_F(SessionWindowTest, AReloadShowsThePleaseWaitWindowAndKeepsTheEvents) {
         EXPECT_EQ(console_.eventCount(), kBuildingEvents);
         exitConsole();
     }
-}
-
-TEST_F(SessionWindowTest, TheConsoleEndsWhileItWaitsForGroupMembers) {
-    setInteger("recordEvents", 1);
-    startConsole("late-members=60000");
-    ASSERT_NE(console_.logonDialog(), nullptr);
-    console_.enterLogon("admin", "admin");
-    ASSERT_TRUE(ConsoleDriver::waitUntil([&] {
-        return std::ranges::any_of(tracedCalls(),
-                                   [](const auto& call) { return call.starts_with("KSGetGroupMembers"); });
-    }));
-    exitConsole();
-    const std::vector<std::string> calls = tracedCallsFrom("KSGetGroupMembers");
-    EXPECT_EQ(std::vector<std::string>(calls.begin() + 1, calls.end()),
-              (std::vector<std::string>{"KSStop", "KSClose"}));
 }
 
 TEST_F(SessionWindowTest, MinimisingHidesTheWindowIntoTheTrayWhenSetSo) {

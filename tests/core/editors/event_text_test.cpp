@@ -9,24 +9,6 @@ namespace {
 
 using namespace std::string_literals;
 
-TEST(EventText, DecodingTakesWhateverFollowsAPercentSign) {
-    const std::pair<std::string, std::string> cases[] = {
-        {"%0d%0A%ff%FF%41",
-         "\r\n\xFF\xFF"
-         "A"},
-        {"%%41 %%%41", "%41 %A"},
-        // Letters beyond "f" count 0; other characters their distance from "0", which may be negative.
-        {"%zZ%4G%G4|%:0|%/0|%0/|%\xE9\x30", "\0\x40\x04|\xA0|\xF0|\xFF|\x90"s},
-        {"%5%5", "E5"},
-        // Nothing else is an escape, and an incomplete one stays.
-        {"&quot; &AMP; &amp &lt &&gt;; &#65;", "&quot; &AMP; &amp &lt &>; &#65;"},
-        {"&amp;lt; &amp;%25", "&lt; &%"},
-        {"&am 100%4", "&am 100%4"},
-    };
-    for (const auto& [content, decoded] : cases)
-        EXPECT_EQ(decodeEventText(content), decoded) << content;
-}
-
 // The rules one byte at a time.
 std::string encodeSlowly(const std::string& text) {
     std::string result;

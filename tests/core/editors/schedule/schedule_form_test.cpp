@@ -37,21 +37,6 @@ Runs runsOf(const ScheduleRecord& record, int day = 0) {
     return runs;
 }
 
-TEST(ScheduleForm, EveryStartAndEndIsShownAndWrittenAsItIs) {
-    for (int begin = 0; begin < kSlots; ++begin)
-        for (int end = begin + 1; end <= kSlots; ++end) {
-            ScheduleRecord record = recordWith({{begin, end}});
-            ScheduleForm form(record);
-            EXPECT_EQ(startPosition(form.times[0]), begin);
-            EXPECT_EQ(endPosition(form.times[1]), end);
-            // An end at midnight shows neither AM nor PM until the operator chooses AM.
-            EXPECT_EQ(form.times[1].half > 1, end == kSlots);
-            if (end == kSlots) form.times[1].half = 0;
-            ASSERT_EQ(form.commitDay(), std::nullopt) << begin << " to " << end;
-            ASSERT_EQ(runsOf(record), (Runs{{begin, end}}));
-        }
-}
-
 // All days of two runs, and some of three.
 TEST(ScheduleForm, ADayOfUpToThreeRunsIsWrittenAsItWasShown) {
     const auto expectStable = [](const Runs& runs) {
@@ -122,38 +107,6 @@ TEST(ScheduleForm, ChecksPeriodsInTheirOrder) {
         EXPECT_EQ(runsOf(record), test.message ? (Runs{{3, 5}}) : test.written)
             << testing::PrintToString(test.positions);
     }
-}
-
-TEST(ScheduleForm, TheHourEnablesTheOtherListsOfItsTime) {
-    ScheduleRecord record = recordWith({{3, 5}, {7, 9}});
-    ScheduleForm form(record);
-    const auto enabled = [&] {
-        std::string text;
-        for (int time = 0; time < ScheduleForm::kTimes; ++time)
-            text += form.isDetailEnabled(time) ? 'x' : '-';
-        return text;
-    };
-    form.times[1].hour = 0;
-    form.changeHour(1);
-    EXPECT_EQ(enabled(), "x-xx--");
-    EXPECT_NE(form.changeDay(2), std::nullopt);
-    EXPECT_EQ(enabled(), "x-xx--") << "a failed change of the day leaves them alone";
-    form.times[0].hour = 0;
-    EXPECT_EQ(form.changeDay(2), std::nullopt);
-    EXPECT_EQ(enabled(), "------") << "a day without slots";
-}
-
-TEST(ScheduleForm, SaveTakesTheNameEvenWhenTheDayFails) {
-    ScheduleRecord record = recordWith({{3, 5}});
-    ScheduleForm form(record);
-    EXPECT_EQ(form.name, "");
-    EXPECT_FALSE(form.canSave());
-    form.name = "New name";
-    EXPECT_TRUE(form.canSave());
-    form.times[1].hour = 0;
-    EXPECT_EQ(form.save(), IDS_PERIOD_NO_END);
-    EXPECT_EQ(record.name, "New name");
-    EXPECT_EQ(runsOf(record), (Runs{{3, 5}}));
 }
 
 }  // namespace

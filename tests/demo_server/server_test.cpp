@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include "demo_server/core/built_in_building.h"
-#include "demo_server/core/text_codec.h"
 
 namespace orvc::demo {
 namespace {
@@ -26,10 +25,9 @@ class FakeHost final : public Host {
     std::string claimed;
 };
 
-// Its code and number, and what a variable is told to be.
-std::string describe(std::uint32_t code, std::int32_t number, const void* data) {
+// Its code, and what a variable is told to be.
+std::string describe(std::uint32_t code, const void* data) {
     std::string line = std::to_string(code);
-    if (number != 0) line += "#" + std::to_string(number);
     if (code == event_code::kVariable) {
         const auto& variable = *static_cast<const KSVariableNotification*>(data);
         char type[16];
@@ -40,14 +38,12 @@ std::string describe(std::uint32_t code, std::int32_t number, const void* data) 
     return line;
 }
 
-// Two devices, one group of both, one message, one queue, and a few variables.
+// Two devices, one group of both, and a few variables.
 Installation makeSmallInstallation() {
     Installation installation;
     installation.users = defaultUsers();
     installation.devices = {{{2, 0, 0, 0, 0, 1}, "Door"}, {{2, 0, 0, 0, 0, 2}, ""}};
     installation.groups = {{7, "Both", {{2, 0, 0, 0, 0, 1}, {2, 0, 0, 0, 0, 2}}}};
-    installation.messages = {{"chime", "Three tones"}};
-    installation.queues = {{1, true, 1, false, "Reception"}};
     installation.variables.setDword("\\ORVS\\completeBits", 1);
     installation.variables.setString("\\ORVS\\Schedules\\{1}\\Name", "Nights");
     installation.variables.createKey("\\ORVS\\Events\\{A}");
@@ -58,7 +54,6 @@ Installation makeSmallInstallation() {
     return installation;
 }
 
-const Lines kDirectory = {"1#1", "1#2", "80#7", "83#7", "70"};
 const Lines kEverything = {
     "104 \\ORVS\\completeBits C0000004 1",
     "104 \\ORVS\\Events\\{A} 80000000 0",
@@ -68,11 +63,6 @@ const Lines kEverything = {
     "104 \\ORVS\\Events\\{A}\\completeBits C0000004 1",
     "104 \\ORVS\\Schedules\\{1}\\Name C0000001 Nights",
 };
-
-Lines operator+(Lines left, const Lines& right) {
-    left.insert(left.end(), right.begin(), right.end());
-    return left;
-}
 
 class ServerTest : public ::testing::Test {
   protected:
@@ -95,11 +85,12 @@ class ServerTest : public ::testing::Test {
         Lines lines;
         Batch batch;
         for (server_->takeBatch(batch); !batch.empty(); server_->takeBatch(batch))
-            batch.deliver([&](auto code, auto number, const void*,
-                              const void* data) { lines.push_back(describe(code, number, data)); },
-                          [&] { return server_->generation() == batch.generation; });
+            batch.deliver(
+                [&](auto code, auto, const void*, const void* data) { lines.push_back(describe(code, data)); },
+                [&] { return server_->generation() == batch.generation; });
         return lines;
     }
+
     FakeHost host_;
     std::unique_ptr<Server> server_;
 };
@@ -120,17 +111,6 @@ TEST_F(ServerTest, StopForgetsWhatIsPendingAndLetsTheUserGo) {
     EXPECT_EQ(host_.claimed, "");
     EXPECT_EQ(server_->createKey("\\ORVS\\x", true), kRefused);
     EXPECT_EQ(logOn(), logon_result::kSuccess);
-}
-
-TEST_F(ServerTest, AResendTellsTheDirectoryAndTheValuesWhenAsked) {
-    logOnQuietly();
-    server_->resendSettings();
-    EXPECT_EQ(drain(), kDirectory + Lines{"100"});
-    logOnQuietly("fire=0;resend=values");
-    server_->resendSettings();
-    const Lines lines = drain();
-    EXPECT_EQ(lines.size(), kDirectory.size() + kEverything.size());
-    EXPECT_EQ(lines.back(), kEverything.back());
 }
 
 TEST_F(ServerTest, WritesComeBackAsTheyWereWritten) {
@@ -207,12 +187,6 @@ TEST_F(ServerTest, ChangesAreSavedSoonAndTogether) {
     EXPECT_EQ(server_->takeSave(), std::nullopt);
     server_->saveFailed();
     EXPECT_TRUE(server_->takeSave()) << "offered again";
-    const Millis start = host_.now;
-    while (!server_->takeDueSave()) {
-        server_->setDword("\\ORVS\\smtpPort", kDword, 25);
-        host_.now += 100;
-        ASSERT_LE(host_.now, start + 2100) << "never saved while things keep changing";
-    }
 }
 
 }  // namespace

@@ -55,9 +55,5 @@ TEST_F(LoadTest, LoadsTensOfThousandsOfEventsInLinearTimeAndAnswersMeanwhile) {
     EXPECT_LT(large.longestAnswer, 250u);
 }
 
-TEST_F(LoadTest, NothingIsLostInAShuffledLoad) {
-    EXPECT_TRUE(load(2000, "events=2000;shuffle=7").complete);
-}
-
 }  // namespace
 }  // namespace orvc::test

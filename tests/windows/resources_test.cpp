@@ -5,8 +5,6 @@
 #include <commctrl.h>
 
 #include <set>
-#include <string>
-#include <utility>
 
 #include "resources/resource.h"
 #include "windows/console_fixture.h"
@@ -14,28 +12,21 @@
 namespace orvc::test {
 namespace {
 
-class ResourcesTest : public ConsoleTest {
-  protected:
-    void SetUp() override {
-        InitCommonControls();
-        program_ = LoadLibraryExA((binFolder() + "\\ORVSConfig.exe").c_str(), nullptr,
-                                  LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE);
-        ASSERT_NE(program_, nullptr);
-    }
-    void TearDown() override { FreeLibrary(program_); }
-
-    HMODULE program_ = nullptr;
-};
-
 INT_PTR CALLBACK ignore(HWND, UINT, WPARAM, LPARAM) {
     return FALSE;
 }
 
+class ResourcesTest : public ConsoleTest {};
+
 TEST_F(ResourcesTest, EveryDialogOpensWithItsControlsInsideAndApart) {
+    InitCommonControls();
+    const HMODULE program = LoadLibraryExA((binFolder() + "\\ORVSConfig.exe").c_str(), nullptr,
+                                           LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE);
+    ASSERT_NE(program, nullptr);
     for (const unsigned id :
          {IDD_ABOUT, IDD_MAIN, IDD_LOGON, IDD_PLEASE_WAIT, IDD_CONFIGURE_SCHEDULES, IDD_EDIT_SCHEDULE, IDD_SETUP_EVENT,
           IDD_SERVER_AUDIO, IDD_TTS_FILENAME, IDD_TTS, IDD_EMAIL}) {
-        const HWND dialog = CreateDialogParamA(program_, MAKEINTRESOURCEA(id), nullptr, ignore, 0);
+        const HWND dialog = CreateDialogParamA(program, MAKEINTRESOURCEA(id), nullptr, ignore, 0);
         ASSERT_NE(dialog, nullptr) << id;
         RECT client{};
         GetClientRect(dialog, &client);
@@ -50,6 +41,7 @@ TEST_F(ResourcesTest, EveryDialogOpensWithItsControlsInsideAndApart) {
         }
         DestroyWindow(dialog);
     }
+    FreeLibrary(program);
 }
 
 }  // namespace

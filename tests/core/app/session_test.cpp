@@ -234,19 +234,5 @@ TEST_F(SessionTest, ShutdownStopsClosesAndUnloadsInOrderAndOnce) {
     EXPECT_EQ(journal_.take(), stopped + "log: doShutdown: Done; remove tray icon");
 }
 
-TEST_F(SessionTest, AFileIsPutTogetherFromItsChunks) {
-    const auto chunk = [&](std::string_view bytes) {
-        const KSFileData data{.file = {}, .bytes = bytes.data(), .byteCount = static_cast<std::uint32_t>(bytes.size())};
-        event(121, 0, &data);
-        return session_.fileReader().isComplete();
-    };
-    EXPECT_FALSE(chunk(std::string_view("a\0b", 3)) || chunk("c"));
-    EXPECT_TRUE(chunk(""));
-    EXPECT_EQ(session_.fileReader().bytes(), std::string("a\0bc", 4));
-    session_.fileReader().clear();
-    EXPECT_FALSE(chunk("next"));
-    EXPECT_EQ(session_.fileReader().bytes(), "next");
-}
-
 }  // namespace
 }  // namespace orvc

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <set>
 
 #include "app/session_host.h"
 #include "journal.h"
@@ -14,8 +15,12 @@ class FakeSessionHost final : public SessionHost {
 
     void startTimer(std::uintptr_t timer, std::uint32_t milliseconds) override {
         did("start timer " + std::to_string(timer) + " of " + std::to_string(milliseconds));
+        runningTimers.insert(timer);
     }
-    void stopTimer(std::uintptr_t timer) override { did("stop timer " + std::to_string(timer)); }
+    void stopTimer(std::uintptr_t timer) override {
+        did("stop timer " + std::to_string(timer));
+        runningTimers.erase(timer);
+    }
     LogonOutcome runLogonDialog(const LogonEntry& entry) override {
         shownEntry = entry;
         did("logon dialog", onDialog);
@@ -35,6 +40,7 @@ class FakeSessionHost final : public SessionHost {
     std::string findAdapterName(const std::string& serverAddress) override { return "adapter for " + serverAddress; }
     std::string programVersion() override { return "1.2.3.4"; }
 
+    std::set<std::uintptr_t> runningTimers;
     LogonOutcome outcome;
     LogonEntry shownEntry;
     std::function<void()> onDialog;

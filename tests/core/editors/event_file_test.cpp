@@ -85,7 +85,6 @@ TEST_F(EventFile, OnlyMarkedContentIsDecoded) {
         {"<TTS voice=\"default\" encoded=\"yes\">%41&amp;</TTS>", "A&"},
         {"<TTS encoded='yes'>%41</TTS>", "A"},
         {"<TTS>%41&amp;</TTS>", "%41&amp;"},
-        {"<TTS encoded=\"no\">%41</TTS>", "%41"},
         {"<TTS encoded=\"yes\"> <b>bold</b>%0d\r\n</TTS>", " <b>bold</b>\r\r\n"},
         {"<Email/><TTS>1</TTS><TTS>2</TTS>", "1"},
     };

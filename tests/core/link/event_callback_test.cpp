@@ -59,7 +59,6 @@ TEST_F(EventCallbackTest, EventsWithoutARecordAreLoggedOrIgnored) {
     const std::pair<std::uint32_t, const char*> rows[] = {
         {0, "log: 50% of %s"},
         {3, "log: Intercom -12 Event Error"},
-        {11, "log: Event GPIO State Change"},
         {15, "1403 0: "},
         {30, "log: Console user 50% of %s connected"},
         {100, "log: Console initialization is complete; 1410 4: 10 ms"},

@@ -3,36 +3,16 @@
 #include <shlobj.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <regex>
 
 namespace orvc::test {
 namespace {
 
+namespace fs = std::filesystem;
+
 constexpr const char* kSettingsKey = "Software\\Kestrel Sonics\\ORVSConfig\\settings";
-
-void removeTree(const std::string& folder) {
-    WIN32_FIND_DATAA found;
-    const HANDLE search = FindFirstFileA((folder + "\\*").c_str(), &found);
-    if (search == INVALID_HANDLE_VALUE) return;
-    do {
-        const std::string name = found.cFileName;
-        const std::string path = folder + "\\" + name;
-        if (name == "." || name == "..") continue;
-        if ((found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
-            removeTree(path);
-        else
-            DeleteFileA(path.c_str());
-    } while (FindNextFileA(search, &found));
-    FindClose(search);
-    RemoveDirectoryA(folder.c_str());
-}
-
-std::string temporaryFolder() {
-    char path[MAX_PATH] = "";
-    GetTempPathA(sizeof path, path);
-    return path;
-}
 
 }  // namespace
 
@@ -46,12 +26,10 @@ std::vector<std::string> readLines(const std::string& path) {
 
 void ConsoleTest::SetUp() {
     RegDeleteTreeA(HKEY_CURRENT_USER, "Software\\Kestrel Sonics");
-    removeTree(supportFolder());
-    DeleteFileA(supportFolder().c_str());
-    DeleteFileA("c:\\ORVCTracking.txt");
-    workFolder_ = temporaryFolder() + "orvc_console_test";
-    removeTree(workFolder_);
-    CreateDirectoryA(workFolder_.c_str(), nullptr);
+    workFolder_ = (fs::temp_directory_path() / "orvc_console_test").string();
+    for (const std::string& path : {supportFolder(), workFolder_})
+        fs::remove_all(path);
+    fs::create_directory(workFolder_);
 }
 
 void ConsoleTest::TearDown() {
@@ -61,19 +39,14 @@ void ConsoleTest::TearDown() {
                       << (box != nullptr ? driver::ConsoleDriver::messageText(box) : "none");
     }
     console_.kill();
-    removeTree(workFolder_);
+    fs::remove_all(workFolder_);
 }
 
-void ConsoleTest::startConsole(const std::string& options, const driver::Environment& environment) {
-    driver::Environment whole = environment;
-    whole.emplace_back("ORVC_DEMO", "fire=0;file=" + workFolder_ + "\\installation.txt;trace=" + workFolder_ +
-                                        "\\trace.txt;" + options);
-    ASSERT_TRUE(console_.start(binFolder() + "\\ORVSConfig.exe", whole));
-}
-
-void ConsoleTest::startConsoleIn(const std::string& folder, const std::string& options) {
-    ASSERT_TRUE(console_.start(folder + "\\ORVSConfig.exe",
-                               {{"ORVC_DEMO", "fire=0;file=" + workFolder_ + "\\installation.txt;" + options}}));
+void ConsoleTest::startConsole(const std::string& options, const std::string& folder) {
+    const std::string demo = "fire=0;file=" + workFolder_ + "\\installation.txt;trace=" + workFolder_ + "\\trace.txt;";
+    driver::Environment environment = environment_;
+    environment.emplace_back("ORVC_DEMO", demo + options);
+    ASSERT_TRUE(console_.start(folder + "\\ORVSConfig.exe", environment));
 }
 
 void ConsoleTest::exitConsole() {
@@ -146,13 +119,9 @@ std::string ConsoleTest::supportFolder() {
 
 std::string ConsoleTest::makeFolderWithConsole() const {
     const std::string folder = workFolder_ + "\\program";
-    CreateDirectoryA(folder.c_str(), nullptr);
-    CopyFileA((binFolder() + "\\ORVSConfig.exe").c_str(), (folder + "\\ORVSConfig.exe").c_str(), FALSE);
+    fs::create_directory(folder);
+    fs::copy(binFolder() + "\\ORVSConfig.exe", folder);
     return folder;
-}
-
-bool ConsoleTest::fileExists(const std::string& path) {
-    return GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
 }  // namespace orvc::test

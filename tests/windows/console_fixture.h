@@ -21,11 +21,9 @@ class ConsoleTest : public testing::Test {
     void SetUp() override;
     void TearDown() override;
 
-    // Starts the console beside this test against the demo server with these options ("name=value;…"); firing is off
-    // and the installation is the test's own.
-    void startConsole(const std::string& options = {}, const driver::Environment& environment = {});
-    // The same for a copy of the console in another folder.
-    void startConsoleIn(const std::string& folder, const std::string& options = {});
+    // Starts the console of a folder, that of this test unless told otherwise, against the demo server with these
+    // options ("name=value;…"); firing is off and the installation is the test's own.
+    void startConsole(const std::string& options = {}, const std::string& folder = binFolder());
     void exitConsole();
 
     // Lines of the tracking file, times and counters taken off.
@@ -45,9 +43,9 @@ class ConsoleTest : public testing::Test {
     static std::string trackingFile() { return supportFolder() + "\\ORVCTracking.txt"; }
     // A folder of this test's own, made anew, with a copy of the console in it.
     std::string makeFolderWithConsole() const;
-    static bool fileExists(const std::string& path);
 
     driver::ConsoleDriver console_;
+    driver::Environment environment_;  // what the console has beside the variables of this process
 
   private:
     std::string workFolder_;

@@ -40,9 +40,6 @@ TEST_F(EventListTest, ShowsEveryEventInOrderWithItsState) {
     EXPECT_EQ(countOf(1, "Error - Fix Event"), 1);
     EXPECT_EQ(countOf(1, "Available"), 18);
     EXPECT_GT(countOf(2, "Never"), 0);
-    for (const char* response : {"Activate Relay", "Deactivate Relay", "Send Server Audio Message File", "Send Email",
-                                 "Send TTS File from network drive", "Send TTS Message"})
-        EXPECT_GT(countOf(3, response), 0) << response;
 }
 
 TEST_F(EventListTest, DeletesTheSelectedEventOnYesOnly) {
@@ -105,22 +102,18 @@ TEST_F(EventListTest, ColumnsFillTheWindowAndItsLeastSizeShowsTheirTitles) {
     GetWindowRect(window, &size);
     EXPECT_EQ(size.right - size.left, 900);
     EXPECT_EQ(size.bottom - size.top, 500);
-    const auto widthOfColumns = [&] {
-        int width = 0;
-        for (int column = 0; column < 4; ++column)
-            width += console_.columnWidth(column);
-        return width;
-    };
     RECT client{};
     GetClientRect(GetDlgItem(window, IDC_EVENT_LIST), &client);
-    EXPECT_EQ(widthOfColumns(), client.right);
+    int width = 0;
+    for (int column = 0; column < 4; ++column)
+        width += console_.columnWidth(column);
+    EXPECT_EQ(width, client.right);
     SetWindowPos(window, nullptr, 0, 0, 50, 50, SWP_NOMOVE | SWP_NOZORDER);
     GetWindowRect(window, &size);
     EXPECT_GT(size.right - size.left, 200);
     EXPECT_GT(size.bottom - size.top, 200);
-    const LONG width = size.right - size.left;
     exitConsole();
-    EXPECT_EQ(integer("startWidth"), static_cast<unsigned>(width));
+    EXPECT_EQ(integer("startWidth"), static_cast<unsigned>(size.right - size.left));
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include <commctrl.h>
 
 #include <algorithm>
-#include <array>
 
 #include "windows/console_fixture.h"
 
@@ -61,8 +60,8 @@ class ScheduleDialogsTest : public ConsoleTest {
         editor_ = console_.waitForWindowWith(IDC_SCHEDULE_DAY_TABS);
         ASSERT_NE(editor_, nullptr);
     }
-    void closeEditor(unsigned button) {
-        ConsoleDriver::click(editor_, button);
+    void saveEditor() {
+        ConsoleDriver::click(editor_, IDOK);
         waitForList();
     }
     // What the editor was closed with has been done when the list's dialog answers.
@@ -81,11 +80,10 @@ class ScheduleDialogsTest : public ConsoleTest {
         return ConsoleDriver::isEnabled(editor_, hourList(time) + 1) &&
                ConsoleDriver::isEnabled(editor_, hourList(time) + 2);
     }
-    void setTime(int time, const std::string& hour, const std::string& minute = {}, const std::string& half = {}) {
+    void setTime(int time, const std::string& hour, const std::string& minute, const std::string& half) {
         const unsigned list = hourList(time);
         ASSERT_TRUE(ConsoleDriver::chooseEntry(editor_, list, hour));
-        ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return isDetailEnabled(time) == (hour != "None"); }));
-        if (hour == "None") return;
+        ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return isDetailEnabled(time); }));
         ASSERT_TRUE(ConsoleDriver::chooseEntry(editor_, list + 1, minute));
         ASSERT_TRUE(ConsoleDriver::chooseEntry(editor_, list + 2, half));
     }
@@ -157,7 +155,6 @@ TEST_F(ScheduleDialogsTest, ANewScheduleIsWrittenAndListedByItsName) {
     openList();
     ConsoleDriver::click(list_, IDC_SCHEDULE_NEW);
     waitForEditor();
-    EXPECT_EQ(ConsoleDriver::textOf(editor_), "Edit Schedule");
     EXPECT_EQ(ConsoleDriver::textOf(editor_, IDC_SCHEDULE_NAME), "");
     EXPECT_FALSE(ConsoleDriver::isEnabled(editor_, IDOK));
     for (int t = kStart1; t <= kEnd3; ++t) {
@@ -168,14 +165,10 @@ TEST_F(ScheduleDialogsTest, ANewScheduleIsWrittenAndListedByItsName) {
     EXPECT_TRUE(ConsoleDriver::isEnabled(editor_, IDOK));
     setTime(kStart1, "12", "00", "AM");
     setTime(kEnd1, "02", "30", "AM");
-    EXPECT_FALSE(isDetailEnabled(kStart2));
     changeDay(1);
-    EXPECT_EQ(time(kStart1), "None:00 AM");
     setTime(kStart1, "11", "30", "PM");
     setTime(kEnd1, "12", "00", "AM");
-    closeEditor(IDOK);
-    EXPECT_EQ(rows()[2], (Row{"mornings", "Su Mo ", "Variable"}));
-    EXPECT_EQ(buttons(), "New ");
+    saveEditor();
     expectWritten(writes(), "mornings", "1f0000000000000000000080");
     closeList();
     exitConsole();
@@ -188,61 +181,11 @@ TEST_F(ScheduleDialogsTest, ANewScheduleIsWrittenAndListedByItsName) {
     EXPECT_EQ(rows()[2], (Row{"mornings", "Su Mo ", "Variable"}));
 }
 
-TEST_F(ScheduleDialogsTest, ModifyWritesTheScheduleAndMovesItsRow) {
-    openList();
-    console_.doubleClickRow(list_, IDC_SCHEDULE_LIST, 3);
-    waitForEditor();
-    // The name has to be typed again.
-    EXPECT_EQ(ConsoleDriver::textOf(editor_, IDC_SCHEDULE_NAME), "");
-    EXPECT_FALSE(ConsoleDriver::isEnabled(editor_, IDOK));
-    changeDay(1);
-    EXPECT_EQ(time(kStart1), "08:00 AM");
-    EXPECT_EQ(time(kEnd1), "06:00 PM");
-    EXPECT_TRUE(isDetailEnabled(kStart1));
-    setTime(kStart1, "None");
-    ConsoleDriver::type(editor_, IDC_SCHEDULE_NAME, "Zone hours");
-    closeEditor(IDOK);
-    EXPECT_EQ(names(), (std::vector<std::string>{"All Days, All Day", "Around the clock", "Nights", "Visiting hours",
-                                                 "Weekends", "Zone hours"}));
-    EXPECT_EQ(rows()[5][1], "Tu We Th Fr ");
-    const std::string workday = "0000ffff0f00";
-    expectWritten(writes(), "Zone hours", std::string(24, '0') + workday + workday + workday + workday);
-    // The Schedule is still selected.
-    EXPECT_EQ(buttons(), "New Modify Delete ");
-    ConsoleDriver::click(list_, IDC_SCHEDULE_MODIFY);
-    waitForEditor();
-    changeDay(2);
-    EXPECT_EQ(time(kStart1), "08:00 AM");
-    closeEditor(IDCANCEL);
-    EXPECT_EQ(writes().size(), 4u);
-}
-
-TEST_F(ScheduleDialogsTest, CancelWritesNothingAndKeepsTheDaysThatWereLeft) {
-    openList();
-    console_.doubleClickRow(list_, IDC_SCHEDULE_LIST, 3);
-    waitForEditor();
-    setTime(kStart1, "09", "00", "AM");
-    setTime(kEnd1, "10", "00", "AM");
-    changeDay(6);
-    setTime(kStart1, "09", "00", "AM");  // on a day that is not left
-    closeEditor(IDCANCEL);
-    EXPECT_EQ(rows()[3], (Row{"Office hours", "Su Mo Tu We Th Fr ", "Variable"}));
-    ConsoleDriver::click(list_, IDC_SCHEDULE_MODIFY);
-    waitForEditor();
-    EXPECT_EQ(time(kStart1), "09:00 AM");
-    EXPECT_EQ(time(kEnd1), "10:00 AM");
-    changeDay(6);
-    EXPECT_EQ(time(kStart1), "None:00 AM");
-    closeEditor(IDCANCEL);
-    EXPECT_TRUE(writes().empty());
-}
-
 TEST_F(ScheduleDialogsTest, DeleteTakesOnlyTheRowAway) {
     openList();
     clickRow(2, true);
     ConsoleDriver::click(list_, IDC_SCHEDULE_DELETE);
     ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return rows().size() == 5; }));
-    EXPECT_EQ(console_.findMessageBox(), nullptr);
     EXPECT_EQ(rows()[2][0], "Office hours");
     EXPECT_EQ(buttons(), "New ");
     closeList();
@@ -252,61 +195,24 @@ TEST_F(ScheduleDialogsTest, DeleteTakesOnlyTheRowAway) {
     EXPECT_FALSE(traceHas("KSSysVarCreateKey \\ORVS\\Schedules"));
 }
 
-TEST_F(ScheduleDialogsTest, AFailedCheckTellsItsMessageAndKeepsTheDay) {
-    struct Case {
-        std::array<const char*, 6> hours;  // all AM, on the hour; "None" where null
-        const char* message;
-    };
-    const Case cases[] = {
-        {{"09", nullptr}, "Must specify END time"},
-        {{"09", "08"}, "End time must be after Start Time"},
-        {{"09", "10", "11", nullptr}, "Must specify END time 2"},
-        {{"09", "10", "08", "11"}, "Start time 2 must be after End Time 1"},
-        {{"01", "02", "05", "04"}, "End time 2 must be after Start Time 2"},
-        {{"01", "02", "03", "04", "05", nullptr}, "Must specify END time 3"},
-        {{"01", "02", "04", "06", "05", "07"}, "Start time 3 must be after End Time 2"},
-        {{"01", "02", "03", "04", "06", "05"}, "End time 3 must be after Start Time 3"},
-    };
-    openList();
-    ConsoleDriver::click(list_, IDC_SCHEDULE_NEW);
-    waitForEditor();
-    for (const Case& test : cases) {
-        for (int t = kStart1; t <= kEnd3; ++t)
-            if (test.hours[t] != nullptr)
-                setTime(t, test.hours[t], "00", "AM");
-            else
-                setTime(t, "None");
-        console_.clickTab(editor_, IDC_SCHEDULE_DAY_TABS, 3);
-        expectError(test.message);
-        EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return shownDay() == 0; })) << test.message;
-        for (int t = kStart1; t <= kEnd3; ++t) {
-            const std::string hour = test.hours[t] != nullptr ? test.hours[t] : "None";
-            EXPECT_EQ(time(t).substr(0, hour.size() + 1), hour + ":") << test.message;
-        }
-    }
-    // Save tells it too, and closes all the same.
-    ConsoleDriver::type(editor_, IDC_SCHEDULE_NAME, "Broken");
-    ConsoleDriver::click(editor_, IDOK);
-    expectError(cases[7].message);
-    waitForList();
-    expectWritten(writes(), "Broken", "");
-    EXPECT_EQ(rows()[2], (Row{"Broken", "<none>", "Variable"}));
-}
-
 TEST_F(ScheduleDialogsTest, AWholeDayEndsAtAMidnightThatHasToBeChosenAgain) {
     openList();
     console_.doubleClickRow(list_, IDC_SCHEDULE_LIST, 1);
     waitForEditor();
     EXPECT_EQ(time(kStart1), "12:00 AM");
     EXPECT_EQ(time(kEnd1), "12:00 ");
-    EXPECT_TRUE(isDetailEnabled(kEnd1));
     console_.clickTab(editor_, IDC_SCHEDULE_DAY_TABS, 6);
     expectError("End time must be after Start Time");
-    EXPECT_EQ(time(kEnd1), "12:00 ");
+    EXPECT_EQ(shownDay(), 0);
     ASSERT_TRUE(ConsoleDriver::chooseEntry(editor_, hourList(kEnd1) + 2, "AM"));
     changeDay(6);
     EXPECT_EQ(time(kEnd1), "12:00 ");
-    closeEditor(IDCANCEL);
+    // Save tells it too, and closes all the same.
+    ConsoleDriver::type(editor_, IDC_SCHEDULE_NAME, "Always");
+    ConsoleDriver::click(editor_, IDOK);
+    expectError("End time must be after Start Time");
+    waitForList();
+    expectWritten(writes(), "Always", std::string(84, 'f'));
 }
 
 // The server stops while the editor is open: the logon dialog comes on top of it, and nothing that was entered is lost.
@@ -324,7 +230,7 @@ TEST_F(ScheduleDialogsTest, WhatWasEnteredOutlivesAServerStop) {
     EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return rows().size() == 6; }));
     EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return IsWindowEnabled(editor_) != 0; }));
     EXPECT_FALSE(IsWindowEnabled(console_.mainWindow()));
-    closeEditor(IDOK);
+    saveEditor();
     std::string week;
     for (int day = 0; day < 7; ++day)
         week += "000000f03f00";

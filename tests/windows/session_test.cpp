@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "windows/console_fixture.h"
 
 namespace orvc::test {
@@ -8,17 +6,6 @@ namespace {
 using driver::ConsoleDriver;
 
 class SessionWindowTest : public ConsoleTest {};
-
-TEST_F(SessionWindowTest, AServerStopEmptiesTheListAndAsksForANewLogon) {
-    startConsole("stop-once=1");
-    ASSERT_TRUE(console_.logOn(kBuildingEvents));
-    const HWND dialog = console_.logonDialog();
-    ASSERT_NE(dialog, nullptr);
-    EXPECT_EQ(console_.eventCount(), 0u);
-    EXPECT_EQ(ConsoleDriver::textOf(console_.mainWindow()), "Orvane VANTE - Automation - Events Configuration Console");
-    ASSERT_TRUE(console_.logOn(kBuildingEvents));
-    exitConsole();
-}
 
 TEST_F(SessionWindowTest, AServerStopLogsOnAgainWithSavedCredentials) {
     setText("UserName", "admin");
@@ -45,30 +32,6 @@ TEST_F(SessionWindowTest, AReloadShowsThePleaseWaitWindowAndKeepsTheEvents) {
     }
 }
 
-TEST_F(SessionWindowTest, TheConsoleEndsWhileItWaitsForGroupMembers) {
-    setInteger("recordEvents", 1);
-    startConsole("late-members=60000");
-    ASSERT_NE(console_.logonDialog(), nullptr);
-    console_.enterLogon("admin", "admin");
-    ASSERT_TRUE(ConsoleDriver::waitUntil([&] {
-        return std::ranges::any_of(tracedCalls(),
-                                   [](const auto& call) { return call.starts_with("KSGetGroupMembers"); });
-    }));
-    exitConsole();
-    const std::vector<std::string> calls = tracedCallsFrom("KSGetGroupMembers");
-    EXPECT_EQ(std::vector<std::string>(calls.begin() + 1, calls.end()),
-              (std::vector<std::string>{"KSStop", "KSClose"}));
-}
-
-TEST_F(SessionWindowTest, AMissingMarkerEndsTheWaitAfterTwoSeconds) {
-    setInteger("recordEvents", 1);
-    startConsole("incomplete=1");
-    ASSERT_TRUE(console_.logOn(kBuildingEvents));
-    EXPECT_TRUE(ConsoleDriver::waitUntil(
-        [&] { return logHas("doWaitSystemVariableComplete: Timeout waiting for system variables to complete"); },
-        6000));
-}
-
 TEST_F(SessionWindowTest, MinimisingHidesTheWindowIntoTheTrayWhenSetSo) {
     setInteger("hideMinimized", 1);
     startConsole();
@@ -90,20 +53,6 @@ TEST_F(SessionWindowTest, ForgedPrivateMessagesDoNothing) {
     }
     EXPECT_EQ(console_.eventCount(), kBuildingEvents);
     EXPECT_TRUE(console_.isRunning());
-    exitConsole();
-}
-
-TEST_F(SessionWindowTest, TheAboutBoxTellsTheVersions) {
-    startConsole();
-    ASSERT_TRUE(console_.logOn(kBuildingEvents));
-    PostMessageA(console_.mainWindow(), WM_SYSCOMMAND, IDM_ABOUT_SYSTEM, 0);
-    const HWND about = console_.waitForWindowWith(IDC_ABOUT_LIST);
-    ASSERT_NE(about, nullptr);
-    EXPECT_EQ(SendMessageA(GetDlgItem(about, IDC_ABOUT_LIST), LB_GETCOUNT, 0, 0), 3);
-    EXPECT_FALSE(IsWindowEnabled(console_.mainWindow()));
-    ConsoleDriver::click(about, IDOK);
-    ASSERT_TRUE(console_.waitUntilGone(about));
-    EXPECT_TRUE(IsWindowEnabled(console_.mainWindow()));
     exitConsole();
 }
 

@@ -85,31 +85,5 @@ TEST_F(LogonSequenceTest, CancelEndsACountdownOrTheDialogButNoAttempt) {
     EXPECT_EQ(journal_.take(), "end: cancelled");
 }
 
-TEST_F(LogonSequenceTest, AUserWithoutAdministratorRightsIsLoggedOffAndMayTryAtOnce) {
-    const std::string refused = kAttempt + "error #168; KSStop; " + kIdle + "; select password";
-    EXPECT_EQ(attempt(0), refused);
-    EXPECT_EQ(attempt(-30), kAttempt + kRetry) << "a refused user was no failed attempt";
-    EXPECT_EQ(attempt(0), refused);
-    EXPECT_EQ(tick(20), "");
-    EXPECT_EQ(attempt(0, true), kAttempt + "end: logged on");
-}
-
-TEST_F(LogonSequenceTest, OnlySavedAndWholeCredentialsLogOnByThemselves) {
-    struct {
-        const char *id, *password;
-        bool saved, atOnce, logsOn;
-    } const rows[] = {{"op", "pw", true, true, true},
-                      {"", "pw", true, true, false},
-                      {"op", "", true, true, false},
-                      {"op", "pw", false, true, false},
-                      {"op", "pw", true, false, false}};
-    for (const auto& row : rows) {
-        sequence_.begin({row.id, row.password, "10.0.0.9", "3010", row.saved, row.atOnce});
-        EXPECT_EQ(journal_.take().empty(), !row.logsOn);
-    }
-    for (const auto& [text, port] : {std::pair{"3010", 3010}, {"", 0}, {"x", 0}, {"65537", 1}, {"80 ", 80}})
-        EXPECT_EQ(parsePort(text), port) << text;
-}
-
 }  // namespace
 }  // namespace orvc

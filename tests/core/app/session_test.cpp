@@ -1,6 +1,5 @@
 #include "app/session.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "fake_log_system.h"
@@ -10,10 +9,6 @@
 
 namespace orvc {
 namespace {
-
-using ::testing::EndsWith;
-using ::testing::HasSubstr;
-using ::testing::StartsWith;
 
 constexpr KSMac kDoor{2, 0, 0, 0, 0, 1};
 const std::string kTimeout = "log: doWaitSystemVariableComplete: Timeout waiting for system variables to complete; ";
@@ -78,48 +73,6 @@ class SessionTest : public ::testing::Test {
         host_, link_, window_, log_.log, clock_, settings_, [](std::string_view name) { return std::string(name); }};
 };
 
-TEST_F(SessionTest, ALogonIsShownAndItsSettingsAreKept) {
-    settings_.userName = "old";
-    settings_.userPassword = "old pw";
-    EXPECT_EQ(timer(timer::kLogon),
-              "logon dialog; log: *** ORVE Events Configuration Console Login ***; title 'op'; refresh list");
-    EXPECT_EQ(host_.shownEntry.logonId + host_.shownEntry.password + host_.shownEntry.address + host_.shownEntry.port,
-              "oldold pw0.0.0.03010");
-    EXPECT_TRUE(host_.shownEntry.saveCredentials && host_.shownEntry.mayLogOnAtOnce);
-    EXPECT_EQ(settings_.ipAddress + settings_.adapterName + settings_.userName + settings_.userPassword,
-              "10.0.0.9adapter for 10.0.0.9oppw");
-    EXPECT_EQ(settings_.ipPort, 3011);
-    EXPECT_NE(session_.schedules().find("{Default}"), nullptr);
-    EXPECT_EQ(timer(timer::kLogon), "") << "logged on already";
-    event(15);
-    host_.outcome.entry.saveCredentials = false;
-    logOn();
-    EXPECT_EQ(settings_.userName + settings_.userPassword, "") << "not to be saved";
-}
-
-TEST_F(SessionTest, ACancelledDialogChangesNoSettingAndEndsTheConsoleWithTheNextTick) {
-    settings_.userName = "old";
-    host_.outcome.success = false;
-    host_.outcome.cancelled = true;
-    EXPECT_EQ(timer(timer::kLogon), "logon dialog");
-    EXPECT_EQ(settings_.userName + settings_.ipAddress, "old0.0.0.0");
-    const std::string shutdown = timer(timer::kLogon);
-    EXPECT_THAT(shutdown,
-                StartsWith("log: doLogon: calling doShutdown() because bShuttingDown set; log: ORVC Version"));
-    EXPECT_THAT(shutdown, EndsWith("; end main window"));
-}
-
-TEST_F(SessionTest, TheTrackingFileNamesTheUserWhileLoggedOn) {
-    log_.log.setRecordEvents(-1);
-    logOn();
-    event(15);
-    log_.log.OpenCloseDebugFile(false, false);
-    log_.log.closeDebug();
-    const std::string file = log_.system.file("\\ORVCTracking.txt");
-    EXPECT_THAT(file, StartsWith("** Starting write for console user 'op' **\n"));
-    EXPECT_THAT(file, HasSubstr("** Starting write before console logon **\n"));
-}
-
 TEST_F(SessionTest, TimersDoNothingStandAloneNorInsideOneAnother) {
     session_.setConsoleMode(false);
     for (const std::uintptr_t id : {1, 2, 3, 8, 99})
@@ -181,11 +134,6 @@ TEST_F(SessionTest, WithATextMissingTheWaitTimesOutAndTheConsoleIsReadyAnyway) {
     clock_.seconds += 1;
     EXPECT_EQ(timer(timer::kCompletionWait), kTimeout + "stop timer 7");
     EXPECT_TRUE(session_.isReady());
-    EXPECT_EQ(timer(timer::kCompletionWait), "stop timer 7") << "one line a second";
-    clock_.seconds += 1;
-    EXPECT_EQ(timer(timer::kCompletionWait), kTimeout + "stop timer 7");
-    clock_.seconds += 2;
-    EXPECT_EQ(timer(timer::kCompletionWait), "stop timer 7") << "more than five seconds after the logon";
 }
 
 TEST_F(SessionTest, AServerStopForgetsEverythingAndAsksForALogon) {
@@ -257,18 +205,6 @@ TEST_F(SessionTest, AReloadEmptiesTheDirectoryAndClosesItsWindowWhenReady) {
     EXPECT_FALSE(session_.isReloading());
 }
 
-TEST_F(SessionTest, TheReloadsWindowClosesWithoutAnyAnswerAndWhenTheLogonEnds) {
-    subscribe();
-    timer(timer::kReload);
-    clock_.seconds += 3;
-    EXPECT_EQ(timer(timer::kCompletionWait), kTimeout + "stop timer 7");
-    EXPECT_EQ(timer(timer::kReloadWait), "stop timer 6; close please-wait");
-    host_.onWait = [this] { event(15); };
-    EXPECT_EQ(timer(timer::kReload), "start timer 6 of 100") << "the server stopped during the pause";
-    EXPECT_EQ(timer(timer::kReloadWait), "stop timer 6; close please-wait");
-    EXPECT_EQ(timer(timer::kReload), "stop timer 5") << "nobody is logged on";
-}
-
 TEST_F(SessionTest, ShutdownStopsClosesAndUnloadsInOrderAndOnce) {
     becomeReady();
     link_.onCall = [this](const std::string& call) {
@@ -296,33 +232,6 @@ TEST_F(SessionTest, ShutdownStopsClosesAndUnloadsInOrderAndOnce) {
     EXPECT_EQ(session_.events().size() + session_.store().size(), 0u);
     session_.doShutdown();
     EXPECT_EQ(journal_.take(), stopped + "log: doShutdown: Done; remove tray icon");
-}
-
-TEST_F(SessionTest, VariablesAreLoggedByKindAndKept) {
-    const std::string received = "log: Received subscription variable information for ";
-    EXPECT_EQ(variable("\\1", nullptr, 0, 0x80000000), received + "\\1 (key 0x80000000)");
-    EXPECT_EQ(variable("\\2", "50%s", 0, 0xC0000001), received + "\\2 (string variable '50%s' 0xc0000001)");
-    EXPECT_EQ(variable("\\3", nullptr, 0, 0x40000001), received + "\\3 (string variable '' 0x40000001)");
-    EXPECT_EQ(variable("\\4", nullptr, 0xFFFFFFFF, 0xC0000004), received + "\\4 (dword variable -1 0xc0000004)");
-    EXPECT_EQ(variable("\\5", "t", 0, 0xC0000002), "");
-    EXPECT_EQ(session_.store().size(), 5u);
-}
-
-TEST_F(SessionTest, AFileIsPutTogetherFromItsChunksAndDeletedBeforeItsEvent) {
-    const auto chunk = [&](std::string_view bytes) {
-        const KSFileData data{.file = {}, .bytes = bytes.data(), .byteCount = static_cast<std::uint32_t>(bytes.size())};
-        event(121, 0, &data);
-        return session_.fileReader().isComplete();
-    };
-    EXPECT_FALSE(chunk(std::string_view("a\0b", 3)) || chunk("c"));
-    EXPECT_TRUE(chunk(""));
-    EXPECT_EQ(session_.fileReader().bytes(), std::string("a\0bc", 4));
-    session_.fileReader().clear();
-    EXPECT_FALSE(chunk("next"));
-    EXPECT_EQ(session_.fileReader().bytes(), "next");
-    variable("\\ORVS\\Events\\{A}\\FileGUID", "{01234567-89ab-cdef-0123-456789abcdef}");
-    session_.deleteEvent(*session_.events().find("{A}"));
-    EXPECT_EQ(journal_.take(), "KSFileDelete {01234567-89AB-CDEF-0123-456789ABCDEF}; remove \\ORVS\\Events\\{A}\\");
 }
 
 }  // namespace

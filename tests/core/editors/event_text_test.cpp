@@ -9,52 +9,6 @@ namespace {
 
 using namespace std::string_literals;
 
-TEST(EventText, EncodingKeepsPlainTextAndEscapesTheRest) {
-    struct Case {
-        std::string text, encoded;
-    };
-    const Case cases[] = {
-        {"", ""},
-        {"a<b & 100%", "a&lt;b &amp; 100%%"},
-        {"one\r\ntwo\ttabbed\0end"s, "one%0d%0atwo%09tabbed%00end"},
-        {"\"quotes\" and 'apostrophes' $~\x7F", "\"quotes\" and 'apostrophes' $~\x7F"},
-        {"caf\xE9 \x80\xFF", "caf%ff %ff%ff"},
-        {"&amp;%0d", "&amp;amp;%%0d"},
-    };
-    for (const Case& c : cases) {
-        EXPECT_EQ(encodeEventText(c.text), c.encoded);
-    }
-    std::string result = "kept ";
-    appendEncodedEventText("<", result);
-    EXPECT_EQ(result, "kept &lt;");
-}
-
-TEST(EventText, DecodingTakesWhateverFollowsAPercentSign) {
-    struct Case {
-        std::string content, decoded;
-    };
-    const Case cases[] = {
-        {"a&lt;b &amp; 100%%", "a<b & 100%"},
-        {"%0d%0A%ff%FF%41",
-         "\r\n\xFF\xFF"
-         "A"},
-        {"%%41 %%%41", "%41 %A"},
-        // Letters beyond "f" count 0; other characters their distance from "0", which may be negative.
-        {"%zZ%4G%G4|%:0|%/0|%0/|%\xE9\x30", "\0\x40\x04|\xA0|\xF0|\xFF|\x90"s},
-        {"%5%5", "E5"},
-        // Nothing else is an escape, and an incomplete one stays.
-        {"&quot; &AMP; &amp &lt &&gt;; &#65;", "&quot; &AMP; &amp &lt &>; &#65;"},
-        {"&amp;lt; &amp;%25", "&lt; &%"},
-        {"100%", "100%"},
-        {"100%4", "100%4"},
-        {"&am", "&am"},
-        {"\r\n\x80", "\r\n\x80"},
-    };
-    for (const Case& c : cases) {
-        EXPECT_EQ(decodeEventText(c.content), c.decoded) << c.content;
-    }
-}
-
 // The rules one byte at a time.
 std::string encodeSlowly(const std::string& text) {
     std::string result;

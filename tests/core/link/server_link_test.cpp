@@ -70,11 +70,6 @@ KSLibrary makeLibrary() {
         *admin = std::string_view(logonId) == "admin" ? 8 : 0;
         return *admin != 0 ? 0 : -30;
     };
-    library.KSDllVersion = [](std::uint32_t* major, std::uint32_t* minor, std::uint32_t* build) {
-        *major = *minor = 4;
-        *build = 6;
-        return -7;
-    };
     library.KSSysVarSetValue = [](std::uint32_t, const char* name, std::uint32_t type, const void* value,
                                   std::uint32_t length) {
         std::string entry = formatText("KSSysVarSetValue %s %08x", name, type);
@@ -114,7 +109,6 @@ TEST(KSServerLink, EveryCallPassesItsArgumentsAsTheLibraryTakesThem) {
     KSServerLink link;
     link.adoptLibrary(makeLibrary(), [] { journal.add("free library"); });
     EXPECT_EQ(link.flags(), 16u);
-    EXPECT_EQ(link.readVersion()->build, 6u);
     link.open(&onEvent);
     EXPECT_TRUE(link.isOpen() && link.isConsoleMode() && link.canStart());
     link.enableDebug();

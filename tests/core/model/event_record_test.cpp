@@ -20,7 +20,6 @@ TEST(EventRecordTest, AMalformedAddressLeavesTheOldOne) {
         EXPECT_EQ(take(text), "02:4b:53:00:00:1a") << text;
     EXPECT_EQ(take(std::nullopt), "02:4b:53:00:00:1a");
     EXPECT_EQ(take("0:1:2:3:4:f"), "00:01:02:03:04:0f");
-    EXPECT_EQ(formatMacTail({1, 2, 3, 0xAB, 0, 5}), "ab0005");
 }
 
 TEST(EventRecordTest, CompletenessDependsOnEveryRequiredField) {
@@ -64,9 +63,6 @@ TEST(EventRecordTest, CompletenessDependsOnEveryRequiredField) {
         EXPECT_EQ(isEventComplete(record, clock), row.complete) << row.change;
         clock.seconds = 1'001;
         EXPECT_EQ(isEventComplete(record, clock), record.completeBits.has_value()) << row.change << ", grace over";
-        const bool rowIsKnown =
-            record.responseType && record.triggerType && record.lastChecked && record.lastTriggered && record.disabled;
-        EXPECT_EQ(rowIsKnown, row.change != std::string("bit 0 clear")) << row.change;
     }
 }
 

@@ -2,17 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include "fake_log_system.h"
+#include "fake_server_link.h"
+
 namespace orvc {
 namespace {
 
-class NoLog final : public LogSystem {
-  public:
-    std::unique_ptr<LogFile> openForAppending(const std::string&) override { return nullptr; }
-    bool removeFile(const std::string&) override { return false; }
-    void writeToDebugger(const char*) override {}
-};
-
-// The list works on a link that is not open: what reaches the server is for the tests of the dialogs.
 class ScheduleEditTest : public testing::Test {
   protected:
     void receive(const std::string& field, const std::string& text) {
@@ -24,26 +19,11 @@ class ScheduleEditTest : public testing::Test {
         receive("Hours", "01" + std::string(82, '0'));
     }
 
-    NoLog noLog_;
-    SystemClock clock_;
-    TrackingLog log_{noLog_, clock_};
-    KSServerLink link_;
-    ScheduleList schedules_{link_, log_, clock_};
+    Journal journal_;
+    JournalLog log_{journal_};
+    FakeServerLink link_{journal_};
+    ScheduleList schedules_{link_, log_.log, log_.clock};
 };
-
-TEST_F(ScheduleEditTest, ANewScheduleIsListedWhenItIsSavedOnly) {
-    schedules_.makeDefault();
-    ScheduleEdit edit("{New}");
-    EXPECT_EQ(edit.record().name, "");
-    EXPECT_EQ(edit.record().hours, WeekMask{});
-    edit.cancel(schedules_);
-    EXPECT_EQ(schedules_.find("{New}"), nullptr);
-    edit.record().name = "Mornings";
-    edit.save(schedules_);
-    ASSERT_NE(schedules_.find("{New}"), nullptr);
-    EXPECT_EQ(schedules_.records().size(), 2u);
-    EXPECT_EQ(schedules_.find("{New}")->name, "Mornings");
-}
 
 TEST_F(ScheduleEditTest, OnlyDaysThatWereChangedComeBack) {
     for (const bool saves : {true, false}) {
@@ -82,17 +62,6 @@ TEST_F(ScheduleEditTest, WhatWasEnteredIsSavedWhenTheListWasEmptied) {
     // The values that come after the next logon find it.
     receive("Name", "Nights");
     EXPECT_EQ(schedules_.records().size(), 2u);
-}
-
-TEST_F(ScheduleEditTest, UpdatesAreToldOnce) {
-    EXPECT_FALSE(schedules_.takeUpdates());
-    receiveSchedule();
-    EXPECT_TRUE(schedules_.takeUpdates());
-    EXPECT_FALSE(schedules_.find("{K}")->updated);
-    EXPECT_FALSE(schedules_.takeUpdates());
-    schedules_.clear();
-    EXPECT_TRUE(schedules_.takeUpdates());
-    EXPECT_FALSE(schedules_.takeUpdates());
 }
 
 }  // namespace

@@ -4,28 +4,11 @@
 
 #include <algorithm>
 
+#include "fake_string_table.h"
 #include "resources/resource.h"
 
 namespace orvc {
 namespace {
-
-class Strings final : public StringTable {
-  public:
-    std::string text(unsigned id) const override {
-        switch (id) {
-            case IDS_EVERY_DAY:
-                return "Every Day";
-            case IDS_NO_DAYS:
-                return "<none>";
-            case IDS_ALL_DAY:
-                return "All Day";
-            case IDS_VARIABLE_TIMES:
-                return "Variable";
-            default:
-                return {};
-        }
-    }
-};
 
 std::string upperCase(std::string_view name) {
     std::string key(name);
@@ -55,7 +38,7 @@ class ScheduleRowsTest : public testing::Test {
         return text;
     }
 
-    Strings strings_;
+    FakeStringTable strings_;
     ScheduleRows rows_{strings_, upperCase};
 };
 
@@ -71,41 +54,20 @@ TEST_F(ScheduleRowsTest, ListsWhatHasANameAndAMaskByNameAndKeyUnderTheBuiltInOne
 }
 
 TEST_F(ScheduleRowsTest, SummariesTellWhichDaysAreUsedAndWhetherAllAreWhole) {
-    const auto maskOf = [](const std::vector<int>& wholeDays, const std::vector<int>& lastSlots) {
-        WeekMask mask;
-        for (const int day : wholeDays)
-            for (int slot = 0; slot < WeekMask::kSlotsPerDay; ++slot)
-                mask.set(day, slot);
-        for (const int day : lastSlots)
-            mask.set(day, 47);
-        return mask;
-    };
-    const struct {
-        WeekMask mask;
-        const char* days;
-        const char* times;
-    } cases[] = {
-        {{}, "<none>", "Variable"},
-        {WeekMask::everySlot(), "Every Day", "All Day"},
-        {maskOf({0, 1, 2, 3, 4, 5}, {6}), "Every Day", "Variable"},
-        {maskOf({0, 1, 2, 3, 4, 5}, {}), "Su Mo Tu We Th Fr ", "Variable"},
-        {maskOf({}, {0, 6}), "Su Sa ", "Variable"},
-        {maskOf({1, 2, 3, 4, 5}, {}), "Mo Tu We Th Fr ", "Variable"},
-    };
-    for (const auto& test : cases) {
-        rows_.fill({builtIn(), record("k", "Name", test.mask)});
-        EXPECT_EQ(rows_.at(1).days, test.days);
-        EXPECT_EQ(rows_.at(1).times, test.times);
-    }
-}
-
-TEST_F(ScheduleRowsTest, RowZeroAndNoRowSelectNothing) {
-    rows_.fill({builtIn(), record("a", "A"), record("b", "B")});
-    for (const int row : {0, -1, 3}) {
-        rows_.select(2);
-        EXPECT_EQ(rows_.selectedKey(), "b");
-        rows_.select(row);
-        EXPECT_EQ(rows_.selectedKey(), std::nullopt) << row;
+    strings_.texts = {{IDS_EVERY_DAY, "Every"}, {IDS_NO_DAYS, "No"}, {IDS_ALL_DAY, "All"}, {IDS_VARIABLE_TIMES, "Var"}};
+    WeekMask lastSlots, allButOne = WeekMask::everySlot();
+    lastSlots.set(0, 47);
+    lastSlots.set(6, 47);
+    allButOne.clearDay(6);
+    allButOne.set(6, 0);
+    const std::tuple<WeekMask, const char*, const char*> cases[] = {{{}, "No", "Var"},
+                                                                    {WeekMask::everySlot(), "Every", "All"},
+                                                                    {allButOne, "Every", "Var"},
+                                                                    {lastSlots, "Su Sa ", "Var"}};
+    for (const auto& [mask, days, times] : cases) {
+        rows_.fill({builtIn(), record("k", "Name", mask)});
+        EXPECT_EQ(rows_.at(1).days, days);
+        EXPECT_EQ(rows_.at(1).times, times);
     }
 }
 

@@ -216,41 +216,5 @@ TEST_F(ScheduleDialogsTest, AWholeDayEndsAtAMidnightThatHasToBeChosenAgain) {
 }
 
 // The server stops while the editor is open: the logon dialog comes on top of it, and nothing that was entered is lost.
-TEST_F(ScheduleDialogsTest, WhatWasEnteredOutlivesAServerStop) {
-    openList("stop-once=6");
-    console_.doubleClickRow(list_, IDC_SCHEDULE_LIST, 4);
-    waitForEditor();
-    ConsoleDriver::type(editor_, IDC_SCHEDULE_NAME, "Afternoons");
-    const HWND logon = console_.logonDialog();
-    ASSERT_NE(logon, nullptr);
-    EXPECT_EQ(GetWindow(logon, GW_OWNER), editor_);
-    EXPECT_FALSE(IsWindowEnabled(editor_));
-    EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return rows().size() == 1; }));
-    ASSERT_TRUE(console_.logOn(kBuildingEvents));
-    EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return rows().size() == 6; }));
-    EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return IsWindowEnabled(editor_) != 0; }));
-    EXPECT_FALSE(IsWindowEnabled(console_.mainWindow()));
-    saveEditor();
-    std::string week;
-    for (int day = 0; day < 7; ++day)
-        week += "000000f03f00";
-    expectWritten(writes(), "Afternoons", week);
-    EXPECT_EQ(names(), (std::vector<std::string>{"All Days, All Day", "Afternoons", "Around the clock", "Nights",
-                                                 "Office hours", "Weekends"}));
-    closeList();
-    exitConsole();
-}
-
-TEST_F(ScheduleDialogsTest, ACancelledLogonEndsTheConsoleUnderItsDialogs) {
-    openList("stop-once=4");
-    ConsoleDriver::click(list_, IDC_SCHEDULE_NEW);
-    waitForEditor();
-    const HWND logon = console_.logonDialog();
-    ASSERT_NE(logon, nullptr);
-    ConsoleDriver::click(logon, IDCANCEL);
-    ASSERT_TRUE(console_.waitForEnd());
-    EXPECT_EQ(console_.exitCode(), 0u);
-}
-
 }  // namespace
 }  // namespace orvc::test

@@ -47,7 +47,10 @@ std::string makeUnique() {
 std::string formatAddress(const std::string& host, int port) {
     if (port < 1 || port > 65'535) return {};
     std::string name(trimBlanks(host));
-    if (name.find(':') != std::string::npos && !name.starts_with('[')) name.insert(0, "[").append("]");
+    if (name.find(':') != std::string::npos && !name.starts_with('[')) {
+        name.insert(name.begin(), '[');
+        name += ']';
+    }
     const CurlAddress address(curl_url());
     const auto set = [&](CURLUPart part, const std::string& text) {
         return !text.empty() && curl_url_set(address.get(), part, text.c_str(), 0) == CURLUE_OK;

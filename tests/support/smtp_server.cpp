@@ -145,7 +145,8 @@ class SmtpServer::Conversation {
 
     bool startTls() {
         if (!script_.startTls) {
-            say("this is no handshake");
+            constexpr char alert[] = "\x15\x03\x03\x00\x02\x02\x28";  // fatal: handshake failure
+            channel_->write(alert, sizeof alert - 1);
             // What the other side answers is of interest.
             while (readLine())
                 ;

@@ -36,7 +36,7 @@ struct SmtpScript {
     std::string hangAt{};              // from this command on the server is silent
     std::string dropAt{};              // at this command, or in the message ("message"), it hangs up
     std::string bytesAfterStartTls{};  // said in clear behind the answer to STARTTLS
-    StartTls startTls{};               // absent: the handshake is answered with nonsense
+    StartTls startTls{};               // absent: the handshake is refused
     bool tlsFirst = false;             // TLS from the first byte
 };
 

@@ -86,12 +86,17 @@ void CSetupEmailDlg::startSending() {
         trial_->server, makeTrialEmail(email_, win32::toUtf8),
         [&log = trial_->log](const std::string& line) { log.log("%s", line.c_str()); },
         [target = window()] { PostMessageA(target, kSendingEnded, 0, 0); });
-    pleaseWait_.createModeless(window());
-    // Cancel is all that is left to press; the focus would be lost with the edit or the button that has it.
+    // The focus would be lost with the edit or the button that has it.
     SetFocus(control(IDCANCEL));
     showEnabling();
-    // Not every desktop keeps an owned window above an owner that becomes active.
-    SetWindowPos(pleaseWait_.window(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    pleaseWait_.createModeless(window());
+}
+
+// The please-wait window, which has the keyboard, hears no Esc.
+bool CSetupEmailDlg::onPreview(MSG& message) {
+    if (task_ == nullptr || message.message != WM_KEYDOWN || message.wParam != VK_ESCAPE) return false;
+    endDialog(IDCANCEL);
+    return true;
 }
 
 std::optional<LRESULT> CSetupEmailDlg::onMessage(UINT message, WPARAM, LPARAM) {

@@ -21,7 +21,7 @@ struct EmailTrial {
 // Purpose: edits a template, for which its button reads "Save", or sends an e-mail, for which it reads "Send".
 //
 // The e-mail is sent on a thread of its own, behind the please-wait window. Meanwhile nothing can be entered; Cancel
-// gives up. A dialog that has sent its e-mail closes; one that could not stays, for another try.
+// or Esc gives up. A dialog that has sent its e-mail closes; one that could not stays, for another try.
 // Thread: user-interface thread. Lifetime: the trial's log outlives the dialog.
 class CSetupEmailDlg final : public win32::Dialog {
   public:
@@ -35,6 +35,7 @@ class CSetupEmailDlg final : public win32::Dialog {
     bool onInit() override;
     bool onCommand(unsigned id, unsigned notification) override;
     std::optional<LRESULT> onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    bool onPreview(MSG& message) override;
     void onDestroy() override;
 
     EventEmail readEmail() const;

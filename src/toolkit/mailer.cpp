@@ -1,6 +1,11 @@
 #include "toolkit/mailer.h"
 
 #include <curl/curl.h>
+#ifdef _WIN32
+#include <windows.h>
+
+#include <wincrypt.h>
+#endif
 
 #include <algorithm>
 #include <array>
@@ -61,6 +66,28 @@ std::string formatAddress(const std::string& host, int port) {
         return {};
     return CurlText(text).get();
 }
+
+#ifdef _WIN32
+// The machine's trusted certificates in PEM, where its TLS does not check certificates by itself, as Wine's does not:
+// the library checks against them then. Empty on Windows, which does it, and knows more than it has in its store.
+std::string trustedWhereUnchecked() {
+    std::string trusted;
+    if (GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") == nullptr) return trusted;
+    const HCERTSTORE store = CertOpenSystemStoreA(0, "ROOT");
+    const CERT_CONTEXT* found = nullptr;
+    while (store != nullptr && (found = CertEnumCertificatesInStore(store, found)) != nullptr) {
+        DWORD size = 0;
+        CryptBinaryToStringA(found->pbCertEncoded, found->cbCertEncoded, CRYPT_STRING_BASE64HEADER, nullptr, &size);
+        std::string text(size, '\0');
+        if (CryptBinaryToStringA(found->pbCertEncoded, found->cbCertEncoded, CRYPT_STRING_BASE64HEADER, text.data(),
+                                 &size))
+            trusted.append(text, 0, size);
+    }
+    if (store != nullptr) CertCloseStore(store, 0);
+    // Without any to trust nothing is trusted.
+    return trusted.empty() ? "none" : trusted;
+}
+#endif
 
 bool isTlsFailure(CURLcode code) {
     constexpr std::array failures{CURLE_SSL_CONNECT_ERROR, CURLE_PEER_FAILED_VERIFICATION, CURLE_SSL_CERTPROBLEM,
@@ -166,7 +193,11 @@ bool MailRun::setUp(CURL* curl, const std::string& address) {
     const auto left =
         std::chrono::duration_cast<std::chrono::milliseconds>(deadline_ - std::chrono::steady_clock::now());
     set(CURLOPT_TIMEOUT_MS, static_cast<long>(std::max<std::int64_t>(left.count(), 1)));
-#ifndef _WIN32
+#ifdef _WIN32
+    std::string trusted = mailer_.trustedCertificates_.empty() ? trustedWhereUnchecked() : std::string();
+    curl_blob blob{trusted.data(), trusted.size(), CURL_BLOB_COPY};
+    if (!trusted.empty()) set(CURLOPT_CAINFO_BLOB, &blob);
+#else
     // Settings of the machine's own for other programs have no say here.
     set(CURLOPT_PROXY, "");
     set(CURLOPT_NETRC, static_cast<long>(CURL_NETRC_IGNORED));

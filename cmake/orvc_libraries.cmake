@@ -10,3 +10,4 @@ if(CMAKE_CROSSCOMPILING)
 endif()
 
 find_package(pugixml 1.13 REQUIRED CONFIG)
+find_package(CURL 7.88 REQUIRED)

@@ -7,6 +7,7 @@
 #include "app/about_dialog.h"
 #include "app/configure_schedules_dialog.h"
 #include "app/logon_dialog.h"
+#include "app/preferences_dialog.h"
 #include "app/setup_event_dialog.h"
 #include "resources/resource.h"
 #include "support/text.h"
@@ -39,7 +40,7 @@ MainWindow::MainWindow(const ConsoleParts& parts)
       poster_(timer::kHandOver, timer::kHandOverPeriod),
       session_(*this, parts.link, poster_, parts.log, parts.clock, parts.settings.values(), win32::makeSortKey),
       list_(session_.events().rows(), parts.resources, parts.clock),
-      pleaseWait_(parts.resources) {}
+      pleaseWait_(parts.resources, IDS_WAIT_UPDATING) {}
 
 MainWindow::~MainWindow() {
     win32::setIdleWork(nullptr);
@@ -165,6 +166,9 @@ bool MainWindow::onCommand(unsigned id, unsigned) {
             return true;
         case IDM_EXIT:
             exitConsole();
+            return true;
+        case IDM_PREFERENCES:
+            editPreferences();
             return true;
         case IDM_RECORD_EVENTS:
             recordEvents();
@@ -393,6 +397,17 @@ void MainWindow::runEditor(const EventRecord* event) {
     const EventRecord& saved = session_.saveEvent(editor.record());
     list_.refresh();
     if (const auto row = session_.events().rows().rowOf(saved)) list_.select(static_cast<int>(*row));
+}
+
+void MainWindow::editPreferences() {
+    Settings& settings = parts_.settings.values();
+    CPreferencesDlg preferences(parts_.resources, parts_.log, settings.hideMinimized != 0, session_.serverSettings());
+    if (!preferences.run(window())) return;
+    settings.hideMinimized = preferences.minimizesToTray() ? 1 : 0;
+    applyTraySetting();
+    if (!session_.isLoggedOn() || !preferences.email().isChanged()) return;
+    preferences.email().applyTo(session_.serverSettings());
+    session_.serverSettings().write(parts_.link);
 }
 
 void MainWindow::editSchedules() {

@@ -80,6 +80,7 @@ class MainWindow final : public win32::Dialog, private SessionHost {
     void createEvent();
     void modifySelectedEvent();
     void runEditor(const EventRecord* event);
+    void editPreferences();
     void editSchedules();
     void deleteSelectedEvent();
     void configureSchedules();

@@ -30,7 +30,7 @@ CSetupEventDlg::CSetupEventDlg(const EventEditorParts& parts, const EventRecord*
       isNew_(event == nullptr),
       form_(parts.resources, parts.directory, parts.schedules),
       fetcher_(parts.link, parts.fileReader, parts.log, parts.clock),
-      pleaseWait_(parts.resources) {}
+      pleaseWait_(parts.resources, IDS_WAIT_UPDATING) {}
 
 bool CSetupEventDlg::run(HWND owner) {
     return runModal(owner) == IDOK;

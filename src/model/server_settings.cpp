@@ -58,7 +58,7 @@ void ServerSettings::write(ServerLink& link) const {
     link.createKey(std::string(kRootPath), true);
     for (const auto& [name, member] : kTexts)
         link.setText(joinPath(kRootPath, name), (this->*member).value_or(std::string()));
-    link.setDword(joinPath(kRootPath, kPort), smtpPort);
+    link.setDword(joinPath(kRootPath, kPort), smtpPort.value_or(kDefaultSmtpPort));
     link.setDword(joinPath(kRootPath, kMarker), kComplete);
 }
 

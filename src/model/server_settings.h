@@ -14,6 +14,9 @@ namespace orvc {
 // Thread: user-interface thread. Registered behind the Events and the Schedules: claims its six names exactly.
 class ServerSettings final : public VariableOwner {
   public:
+    // The port while the server has sent none.
+    static constexpr std::uint32_t kDefaultSmtpPort = 25;
+
     bool updateVariable(const Variable& variable) override;
 
     // Complete when the marker has arrived and, if its bit 0 is set, all four texts too; with a text missing, once the
@@ -30,7 +33,7 @@ class ServerSettings final : public VariableOwner {
     std::optional<std::string> password;
     std::optional<std::string> smtpHost;
     std::optional<std::string> defaultFrom;
-    std::uint32_t smtpPort = 0;
+    std::optional<std::uint32_t> smtpPort;
     std::optional<std::uint32_t> completeBits;  // absent until received
 };
 

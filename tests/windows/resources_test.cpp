@@ -23,10 +23,11 @@ TEST_F(ResourcesTest, EveryDialogOpensWithItsControlsInsideAndApart) {
     const HMODULE program = LoadLibraryExA((binFolder() + "\\ORVSConfig.exe").c_str(), nullptr,
                                            LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE);
     ASSERT_NE(program, nullptr);
-    for (const unsigned id :
-         {IDD_ABOUT, IDD_MAIN, IDD_LOGON, IDD_PLEASE_WAIT, IDD_CONFIGURE_SCHEDULES, IDD_EDIT_SCHEDULE, IDD_SETUP_EVENT,
-          IDD_SERVER_AUDIO, IDD_TTS_FILENAME, IDD_TTS, IDD_EMAIL}) {
-        const HWND dialog = CreateDialogParamA(program, MAKEINTRESOURCEA(id), nullptr, ignore, 0);
+    for (const unsigned id : {IDD_ABOUT, IDD_MAIN, IDD_LOGON, IDD_PLEASE_WAIT, IDD_CONFIGURE_SCHEDULES,
+                              IDD_EDIT_SCHEDULE, IDD_SETUP_EVENT, IDD_SERVER_AUDIO, IDD_TTS_FILENAME, IDD_TTS,
+                              IDD_EMAIL, IDD_PREFERENCES, IDD_PREFERENCES_GENERAL, IDD_PREFERENCES_EMAIL}) {
+        // A page has to have a parent.
+        const HWND dialog = CreateDialogParamA(program, MAKEINTRESOURCEA(id), GetDesktopWindow(), ignore, 0);
         ASSERT_NE(dialog, nullptr) << id;
         RECT client{};
         GetClientRect(dialog, &client);

@@ -1,0 +1,291 @@
+// The mailer against a server that answers on loopback.
+#include "toolkit/mailer.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "smtp_server.h"
+#include "tls_server.h"
+#include "toolkit/mail_task.h"
+
+namespace orvc {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+constexpr const char* kPassword = "pa55-word";
+constexpr const char* kEncodedLogon = "AG9wZXJhdG9yAHBhNTUtd29yZA==";  // PLAIN, of operator and the password
+
+Email makeEmail() {
+    Email email;
+    email.subject = "Test";
+    email.body = "Hello\n.\n..dots\n";
+    email.from = "console@site.example";
+    email.addTo("a@site.example", "a@site.example");
+    email.addTo("b@site.example", "b@site.example");
+    return email;
+}
+
+// Whatever a test lets happen, nothing reported may tell the password.
+class MailerTest : public testing::Test {
+  protected:
+    MailerTest() {
+        mailer_.setHost("127.0.0.1");
+        mailer_.setTimeLimit(10s);
+    }
+    ~MailerTest() override {
+        EXPECT_THAT(report_, Not(HasSubstr(kPassword)));
+        EXPECT_THAT(report_, Not(HasSubstr(kEncodedLogon)));
+    }
+    bool sendTo(const SmtpServer& server) {
+        mailer_.setPort(server.port());
+        return mailer_.send(makeEmail());
+    }
+    void useLogon() {
+        mailer_.setUserName("operator");
+        mailer_.setPassword(kPassword);
+    }
+    void trust(const TlsIdentity& identity) {
+        mailer_.setHost("localhost");
+        mailer_.setTrustedCertificates(identity.certificateFile());
+    }
+
+    std::string report_;
+    Mailer mailer_{[this](const std::string& line) { report_.append(line).append("\n"); }};
+};
+
+bool isFrom(const std::string& command, const char* verb) {
+    return command.starts_with(verb) || command.starts_with(std::string("TLS ").append(verb));
+}
+
+// EHLO names the machine.
+std::vector<std::string> commandsOf(const SmtpServer& server) {
+    std::vector<std::string> commands = server.commands();
+    for (std::string& command : commands)
+        if (isFrom(command, "EHLO")) command.resize(command.find("EHLO") + 4);
+    return commands;
+}
+
+TEST_F(MailerTest, SendsToEveryRecipientAndTakesLeave) {
+    SmtpServer server({});
+    EXPECT_TRUE(sendTo(server));
+    EXPECT_TRUE(mailer_.close());
+    EXPECT_THAT(commandsOf(server),
+                ElementsAre("EHLO", StartsWith("MAIL FROM:<console@site.example>"), "RCPT TO:<a@site.example>",
+                            "RCPT TO:<b@site.example>", "DATA", ".", "QUIT"));
+    EXPECT_THAT(server.message(), HasSubstr("\r\n\r\nHello\r\n.\r\n..dots\r\n"));
+    EXPECT_THAT(server.message(), HasSubstr("To: \"a@site.example\"\r\n <a@site.example>,"));
+    EXPECT_THAT(report_, HasSubstr("Email sent without TLS"));
+    EXPECT_THAT(report_, Not(HasSubstr("in clear")));
+}
+
+TEST_F(MailerTest, LongBodiesArriveWhole) {
+    SmtpServer server({});
+    Email email = makeEmail();
+    email.body.clear();
+    for (int line = 0; line < 20'000; ++line)
+        email.body.append(static_cast<std::size_t>(line % 7), '.').append("line\r\n");
+    mailer_.setPort(server.port());
+    ASSERT_TRUE(mailer_.send(email));
+    EXPECT_TRUE(server.message().ends_with("\r\n\r\n" + email.body));
+}
+
+TEST_F(MailerTest, WithTlsTheLogonAndTheMessageAreEncrypted) {
+    const TlsIdentity identity("localhost");
+    SmtpServer server({.features = {"STARTTLS", "AUTH PLAIN LOGIN"}, .startTls = identity.startTls()});
+    useLogon();
+    trust(identity);
+    EXPECT_TRUE(sendTo(server)) << report_;
+    EXPECT_TRUE(mailer_.close());
+    EXPECT_THAT(commandsOf(server),
+                ElementsAre("EHLO", "STARTTLS", "TLS EHLO", "TLS AUTH PLAIN", std::string("TLS ") + kEncodedLogon,
+                            StartsWith("TLS MAIL"), StartsWith("TLS RCPT"), StartsWith("TLS RCPT"), "TLS DATA", "TLS .",
+                            "TLS QUIT"));
+    EXPECT_THAT(report_, HasSubstr("Email sent with TLS"));
+    EXPECT_THAT(report_, Not(HasSubstr("in clear")));
+}
+
+TEST_F(MailerTest, WithoutTlsTheLogSaysThatThePasswordGoesInClear) {
+    SmtpServer server({.features = {"AUTH LOGIN"}});
+    useLogon();
+    EXPECT_TRUE(sendTo(server));
+    EXPECT_EQ(server.connections(), 1);
+    EXPECT_THAT(server.clearBytes(), HasSubstr("AUTH LOGIN\r\n"));
+    EXPECT_THAT(report_, HasSubstr("the server offers no TLS, the password goes in clear"));
+}
+
+// A server that offers TLS gets nothing in clear but the greeting and the wish for TLS, whatever it does then.
+TEST_F(MailerTest, AfterTlsWasOfferedNothingGoesInClear) {
+    const TlsIdentity own("localhost");
+    const TlsIdentity other("localhost");
+    const TlsIdentity foreign("elsewhere.example");
+    const std::vector<std::string> features{"STARTTLS", "AUTH PLAIN"};
+    struct Case {
+        const char* what;
+        SmtpScript script;
+        const TlsIdentity& trusted;
+    };
+    const Case cases[] = {
+        {"refused", {.features = features, .answers = {{"STARTTLS", "454 not now"}}}, own},
+        {"refused for good", {.features = features, .answers = {{"STARTTLS", "502 no"}}}, own},
+        {"no handshake", {.features = features}, own},
+        {"untrusted", {.features = features, .startTls = other.startTls()}, own},
+        {"another name", {.features = features, .startTls = foreign.startTls()}, foreign},
+        {"hung up", {.features = features, .dropAt = "STARTTLS"}, own},
+        {"answers ahead",
+         {.features = features, .bytesAfterStartTls = "250 fine\r\n235 welcome\r\n", .startTls = own.startTls()},
+         own},
+    };
+    useLogon();
+    for (const Case& test : cases) {
+        report_.clear();
+        SmtpServer server(test.script);
+        trust(test.trusted);
+        EXPECT_FALSE(sendTo(server)) << test.what;
+        EXPECT_FALSE(mailer_.close()) << test.what;
+        EXPECT_EQ(mailer_.failedStage(), MailStage::kTls) << test.what << ": " << report_;
+        EXPECT_EQ(server.connections(), 1) << test.what;
+        for (const char* verb : {"AUTH", "MAIL", "RCPT", "DATA", kEncodedLogon})
+            EXPECT_THAT(server.clearBytes(), Not(HasSubstr(verb))) << test.what;
+        for (const std::string& command : server.commands())
+            EXPECT_FALSE(isFrom(command, "AUTH") || isFrom(command, "MAIL")) << test.what << ": " << command;
+    }
+}
+
+TEST_F(MailerTest, Port465SpeaksTlsFromTheFirstByte) {
+    const TlsIdentity identity("localhost");
+    SmtpServer server({.port = Mailer::kTlsPort, .startTls = identity.startTls(), .tlsFirst = true});
+    if (!server.isListening()) GTEST_SKIP() << "the port is not to be had";
+    trust(identity);
+    EXPECT_TRUE(sendTo(server)) << report_;
+    EXPECT_THAT(commandsOf(server), testing::Contains("TLS QUIT"));
+    mailer_.setTrustedCertificates("");
+    EXPECT_FALSE(sendTo(server));
+    EXPECT_EQ(mailer_.failedStage(), MailStage::kTls);
+}
+
+TEST_F(MailerTest, AFailureIsReportedWithItsStageAndTheServersAnswer) {
+    const std::vector<std::string> logon{"AUTH PLAIN"};
+    struct Case {
+        SmtpScript script;
+        MailStage stage;
+        const char* reported;
+    };
+    const Case cases[] = {
+        {{.greeting = "554 go away"}, MailStage::kConnect, "the server said '554 go away'"},
+        {{.features = logon, .answers = {{"verdict", "535 no such user"}}},
+         MailStage::kLogon,
+         "stage logon: Login denied; the server said '535 no such user'"},
+        // A server that repeats what it was told.
+        {{.features = logon, .answers = {{"verdict", std::string("535 ") + kEncodedLogon + " " + kPassword}}},
+         MailStage::kLogon,
+         "'535 *** ***'"},
+        {{.answers = {{"MAIL", "550 not you"}}}, MailStage::kSender, "'550 not you'"},
+        {{.answers = {{"RCPT", "550 no\x1B such mailbox"}}}, MailStage::kRecipient, "'550 no? such mailbox'"},
+        {{.answers = {{"DATA", "451 later"}}}, MailStage::kData, "'451 later'"},
+        {{.answers = {{".", "552 too large"}}}, MailStage::kData, "'552 too large'"},
+        {{.dropAt = "MAIL"}, MailStage::kSender, "stage sender"},
+        {{.dropAt = "message"}, MailStage::kData, "stage data"},
+    };
+    useLogon();
+    for (const Case& test : cases) {
+        report_.clear();
+        SmtpServer server(test.script);
+        EXPECT_FALSE(sendTo(server)) << test.reported;
+        EXPECT_EQ(mailer_.failedStage(), test.stage) << test.reported;
+        EXPECT_THAT(report_, HasSubstr(test.reported));
+        EXPECT_TRUE(server.message().empty() || test.stage == MailStage::kData);
+    }
+}
+
+TEST_F(MailerTest, WhatCannotBeSentReachesNoServer) {
+    SmtpServer server({});
+    mailer_.setPort(server.port());
+    Email email = makeEmail();
+    email.subject = "a\r\nBcc: all@site.example";
+    EXPECT_FALSE(mailer_.send(email));
+    EXPECT_EQ(mailer_.failedStage(), MailStage::kMessage);
+    for (const int port : {0, -1, 65'536}) {
+        mailer_.setPort(port);
+        EXPECT_FALSE(mailer_.send(makeEmail()));
+    }
+    mailer_.setPort(server.port());
+    for (const char* host : {"", "  ", "127.0.0.1/x", "a b", "user@127.0.0.1", "127.0.0.1:25", "host\r\n"}) {
+        mailer_.setHost(host);
+        EXPECT_FALSE(mailer_.send(makeEmail())) << host;
+        EXPECT_EQ(mailer_.failedStage(), MailStage::kConnect) << host;
+    }
+    EXPECT_EQ(server.connections(), 0);
+}
+
+TEST_F(MailerTest, AConnectionThatIsNotClosedCleanlyIsTold) {
+    const SmtpScript cases[] = {{.answers = {{"QUIT", "421 in a mood"}}}, {.dropAt = "QUIT"}, {.hangAt = "QUIT"}};
+    for (const SmtpScript& script : cases) {
+        SmtpServer server(script);
+        mailer_.setTimeLimit(2s);
+        EXPECT_TRUE(sendTo(server));
+        EXPECT_FALSE(mailer_.close());
+        EXPECT_THAT(report_, HasSubstr("not closed cleanly"));
+    }
+}
+
+TEST_F(MailerTest, ASilentServerEndsTheSendAtTheTimeLimit) {
+    for (const char* command : {"greeting", "EHLO", "."}) {
+        report_.clear();
+        SmtpServer server({.hangAt = command});
+        mailer_.setTimeLimit(300ms);
+        const auto start = std::chrono::steady_clock::now();
+        EXPECT_FALSE(sendTo(server)) << command;
+        EXPECT_LT(std::chrono::steady_clock::now() - start, 2s) << command;
+        EXPECT_THAT(report_, HasSubstr("time limit reached")) << command;
+    }
+}
+
+TEST(MailTaskTest, SendsBesideItsOwnerAndTellsTheOutcome) {
+    struct Case {
+        SmtpScript script;
+        MailTask::Outcome outcome;
+    };
+    const Case cases[] = {
+        {{}, MailTask::Outcome::kSent},
+        {{.answers = {{"QUIT", "421 in a mood"}}}, MailTask::Outcome::kSentNotClosed},
+        {{.answers = {{"RCPT", "550 no"}}}, MailTask::Outcome::kFailed},
+    };
+    for (const Case& test : cases) {
+        SmtpServer server(test.script);
+        std::mutex mutex;
+        std::condition_variable told;
+        bool finished = false;
+        MailTask task(
+            {.host = "127.0.0.1", .port = server.port()}, makeEmail(), [](const std::string&) {},
+            [&] {
+                const std::lock_guard lock(mutex);
+                finished = true;
+                told.notify_all();
+            });
+        std::unique_lock lock(mutex);
+        EXPECT_TRUE(told.wait_for(lock, 10s, [&] { return finished; }));
+        EXPECT_EQ(task.outcome(), test.outcome);
+    }
+}
+
+TEST(MailTaskTest, GivingUpEndsASendThatHangs) {
+    SmtpServer server({.hangAt = "MAIL"});
+    std::atomic<bool> finished{false};
+    std::string report;
+    {
+        MailTask task(
+            {.host = "127.0.0.1", .port = server.port()}, makeEmail(), [&](const std::string& line) { report = line; },
+            [&] { finished = true; });
+        EXPECT_TRUE(server.waitForCommand("MAIL"));
+    }
+    EXPECT_FALSE(finished);
+    EXPECT_THAT(report, HasSubstr("stage sender: cancelled"));
+}
+
+}  // namespace
+}  // namespace orvc

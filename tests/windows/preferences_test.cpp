@@ -1,0 +1,263 @@
+// The preferences and the e-mail that tests them, against a mail server beside the console.
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <algorithm>
+
+#include "support/smtp_server.h"
+#include "windows/console_fixture.h"
+
+namespace orvc::test {
+namespace {
+
+using driver::ConsoleDriver;
+
+class PreferencesTest : public ConsoleTest {
+  protected:
+    void openPreferences() {
+        setInteger("recordEvents", 1);
+        startConsole();
+        ASSERT_TRUE(console_.logOn(kBuildingEvents));
+        ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return traceHas("KSSysVarSubscribe"); }));
+        reopenPreferences();
+    }
+    void reopenPreferences() {
+        console_.choose(IDM_PREFERENCES);
+        dialog_ = console_.waitForWindowWith(IDC_PREFERENCES_TABS);
+        ASSERT_NE(dialog_, nullptr);
+        general_ = page(IDC_PREFERENCES_TRAY);
+        email_ = page(IDC_PREFERENCES_USER);
+    }
+    HWND page(unsigned control) const {
+        HWND found = nullptr;
+        while ((found = FindWindowExA(dialog_, found, "#32770", nullptr)) != nullptr)
+            if (GetDlgItem(found, static_cast<int>(control)) != nullptr) return found;
+        return nullptr;
+    }
+    void close(unsigned button) {
+        ConsoleDriver::click(dialog_, button);
+        expectClosed();
+    }
+    // What closing leads to has been done when the main window answers.
+    void expectClosed() {
+        ASSERT_TRUE(console_.waitUntilGone(dialog_));
+        ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return IsWindowEnabled(console_.mainWindow()) != 0; }));
+        SendMessageA(console_.mainWindow(), WM_NULL, 0, 0);
+    }
+    void showTab(int tab) {
+        console_.clickTab(dialog_, IDC_PREFERENCES_TABS, tab);
+        ASSERT_TRUE(ConsoleDriver::waitUntil([&] {
+            return (IsWindowVisible(general_) != 0) == (tab == 0) && (IsWindowVisible(email_) != 0) == (tab == 1);
+        }));
+    }
+    void expectMessage(const std::string& text, const std::string& caption) {
+        const HWND box = console_.waitForMessageBox();
+        ASSERT_NE(box, nullptr) << text;
+        EXPECT_EQ(ConsoleDriver::messageText(box), text);
+        EXPECT_EQ(ConsoleDriver::textOf(box), caption);
+        ConsoleDriver::click(box, IDOK);
+        ASSERT_TRUE(console_.waitUntilGone(box));
+    }
+    bool traceHas(const std::string& prefix) const {
+        return std::ranges::any_of(tracedCalls(), [&](const std::string& call) { return call.starts_with(prefix); });
+    }
+    std::vector<std::string> writes() const {
+        std::vector<std::string> calls = tracedCalls();
+        std::erase_if(calls, [](const std::string& call) { return !call.starts_with("KSSysVarSetValue"); });
+        return calls;
+    }
+
+    // Opens the test's dialog for a server and fills it in.
+    void openTest(int port, const std::string& to) {
+        showTab(1);
+        ConsoleDriver::type(email_, IDC_PREFERENCES_HOST, "127.0.0.1");
+        ConsoleDriver::type(email_, IDC_PREFERENCES_USER, "console");
+        ConsoleDriver::type(email_, IDC_PREFERENCES_PASSWORD, "pa55-word");
+        ConsoleDriver::type(email_, IDC_PREFERENCES_PORT, std::to_string(port));
+        ConsoleDriver::type(email_, IDC_PREFERENCES_FROM, "console@site.example");
+        ConsoleDriver::click(email_, IDC_PREFERENCES_TEST);
+        if (port > 32'000) expectMessage("Please enter an integer between 1 and 32000.", "Error");
+        test_ = console_.waitForWindowWith(IDC_EMAIL_FROM);
+        ASSERT_NE(test_, nullptr);
+        EXPECT_EQ(ConsoleDriver::textOf(test_, IDOK), "Send");
+        EXPECT_EQ(ConsoleDriver::textOf(test_, IDC_EMAIL_FROM), "console@site.example");
+        EXPECT_FALSE(ConsoleDriver::isEnabled(test_, IDOK));
+        ConsoleDriver::type(test_, IDC_EMAIL_TO, to);
+        ConsoleDriver::type(test_, IDC_EMAIL_SUBJECT, "T\xFCr");
+        ConsoleDriver::type(test_, IDC_EMAIL_MESSAGE, "Hello\r\n.");
+        EXPECT_TRUE(ConsoleDriver::isEnabled(test_, IDOK));
+    }
+    void expectNotLogged(const std::string& text) {
+        for (const std::string& line : logLines())
+            EXPECT_EQ(line.find(text), std::string::npos) << line;
+    }
+    bool logHasPart(const std::string& part) {
+        return ConsoleDriver::waitUntil([&] {
+            return std::ranges::any_of(logLines(),
+                                       [&](const std::string& line) { return line.find(part) != std::string::npos; });
+        });
+    }
+
+    HWND dialog_ = nullptr;
+    HWND general_ = nullptr;
+    HWND email_ = nullptr;
+    HWND test_ = nullptr;
+};
+
+TEST_F(PreferencesTest, ShowsTheServersSettingsAndWritesThemInTheOrderOfTheWriter) {
+    openPreferences();
+    EXPECT_TRUE(IsWindowVisible(general_));
+    EXPECT_FALSE(IsWindowVisible(email_));
+    showTab(1);
+    EXPECT_EQ(ConsoleDriver::textOf(email_, IDC_PREFERENCES_HOST), "mail.building.example");
+    EXPECT_EQ(ConsoleDriver::textOf(email_, IDC_PREFERENCES_PORT), "587");
+    ConsoleDriver::type(email_, IDC_PREFERENCES_USER, "Console");
+    ConsoleDriver::type(email_, IDC_PREFERENCES_PASSWORD, "");
+    ConsoleDriver::type(email_, IDC_PREFERENCES_HOST, "10.0.0.9");
+    ConsoleDriver::type(email_, IDC_PREFERENCES_FROM, "c@x.example");
+    ConsoleDriver::type(email_, IDC_PREFERENCES_PORT, "465");
+    showTab(0);
+    close(IDOK);
+    EXPECT_EQ(writes(), (std::vector<std::string>{"KSSysVarSetValue \\ORVS\\userName 0xC0000001 \"Console\" 7",
+                                                  "KSSysVarSetValue \\ORVS\\password 0xC0000001 \"\" 0",
+                                                  "KSSysVarSetValue \\ORVS\\smtpHost 0xC0000001 \"10.0.0.9\" 8",
+                                                  "KSSysVarSetValue \\ORVS\\defaultFrom 0xC0000001 \"c@x.example\" 11",
+                                                  "KSSysVarSetValue \\ORVS\\smtpPort 0xC0000004 465 4",
+                                                  "KSSysVarSetValue \\ORVS\\completeBits 0xC0000004 1 4"}));
+    reopenPreferences();
+    EXPECT_EQ(ConsoleDriver::textOf(email_, IDC_PREFERENCES_HOST), "10.0.0.9");
+    EXPECT_EQ(ConsoleDriver::textOf(email_, IDC_PREFERENCES_PORT), "465");
+    close(IDOK);
+    EXPECT_EQ(writes().size(), 6u) << "nothing was changed";
+    exitConsole();
+}
+
+TEST_F(PreferencesTest, CancelKeepsEverything) {
+    openPreferences();
+    ConsoleDriver::click(general_, IDC_PREFERENCES_TRAY);
+    ConsoleDriver::type(email_, IDC_PREFERENCES_PORT, "0");
+    close(IDCANCEL);
+    EXPECT_EQ(console_.findMessageBox(), nullptr);
+    EXPECT_TRUE(writes().empty());
+    reopenPreferences();
+    EXPECT_EQ(ConsoleDriver::textOf(email_, IDC_PREFERENCES_PORT), "587");
+    close(IDCANCEL);
+    exitConsole();
+    EXPECT_EQ(integer("hideMinimized"), 0u);
+}
+
+TEST_F(PreferencesTest, MinimizingToTheTrayTakesEffectAtOnce) {
+    openPreferences();
+    ConsoleDriver::click(general_, IDC_PREFERENCES_TRAY);
+    close(IDOK);
+    EXPECT_TRUE(writes().empty());
+    const HWND window = console_.mainWindow();
+    ShowWindow(window, SW_MINIMIZE);
+    EXPECT_TRUE(console_.waitUntilGone(window));
+    PostMessageA(window, WM_COMMAND, IDM_EXIT, 0);
+    ASSERT_TRUE(console_.waitForEnd());
+    EXPECT_EQ(integer("hideMinimized"), 1u);
+}
+
+TEST_F(PreferencesTest, APortOutOfRangeIsToldAndTakenAllTheSame) {
+    openPreferences();
+    for (const char* port : {"0", "32001"}) {
+        ConsoleDriver::type(email_, IDC_PREFERENCES_PORT, port);
+        ConsoleDriver::click(dialog_, IDOK);
+        expectMessage("Please enter an integer between 1 and 32000.", "Error");
+        expectClosed();
+        EXPECT_TRUE(traceHas(std::string("KSSysVarSetValue \\ORVS\\smtpPort 0xC0000004 ").append(port).append(" 4")));
+        reopenPreferences();
+        EXPECT_EQ(ConsoleDriver::textOf(email_, IDC_PREFERENCES_PORT), port);
+    }
+    close(IDCANCEL);
+}
+
+TEST_F(PreferencesTest, ATestEmailGoesOutWithTheSettingsAsTyped) {
+    SmtpServer server({.features = {"AUTH PLAIN"}});
+    openPreferences();
+    openTest(server.port(), "a@site.example; b@site.example");
+    ConsoleDriver::click(test_, IDOK);
+    expectMessage("Successfully concluded email test", "Email Success");
+    ASSERT_TRUE(console_.waitUntilGone(test_));
+    EXPECT_NE(server.message().find("\r\nSubject: =?UTF-8?B?VMO8cg==?=\r\n"), std::string::npos);
+    EXPECT_NE(server.message().find("From: <console@site.example>\r\n"), std::string::npos);
+    EXPECT_TRUE(server.message().ends_with("\r\n\r\nHello\r\n.\r\n"));
+    EXPECT_TRUE(server.waitForCommand("RCPT TO:<b@site.example>"));
+    EXPECT_TRUE(logHasPart("the server offers no TLS, the password goes in clear"));
+    EXPECT_TRUE(logHasPart("Email sent without TLS"));
+    expectNotLogged("pa55-word");
+    // Nothing of the test is stored.
+    EXPECT_EQ(ConsoleDriver::textOf(email_, IDC_PREFERENCES_USER), "console");
+    close(IDCANCEL);
+    EXPECT_TRUE(writes().empty());
+}
+
+TEST_F(PreferencesTest, ATestThatFailsIsToldAndCanBeTriedAgain) {
+    SmtpServer server({.answers = {{"RCPT", "550 no such mailbox"}}});
+    openPreferences();
+    openTest(server.port(), "a@site.example");
+    for (int i = 0; i < 2; ++i) {
+        ConsoleDriver::click(test_, IDOK);
+        expectMessage("Could not send email, invalid address?", "Email Send Error");
+        EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return ConsoleDriver::isEnabled(test_, IDOK); }));
+    }
+    EXPECT_TRUE(logHasPart("stage recipient"));
+    EXPECT_TRUE(logHasPart("the server said '550 no such mailbox'"));
+}
+
+TEST_F(PreferencesTest, AConnectionThatEndsBadlyIsToldBehindTheSuccess) {
+    SmtpServer server({.dropAt = "QUIT"});
+    openPreferences();
+    openTest(server.port(), "a@site.example");
+    ConsoleDriver::click(test_, IDOK);
+    expectMessage("Successfully concluded email test", "Email Success");
+    expectMessage("Connection to SMTP server not closed cleanly.", "Email Send Error");
+    EXPECT_TRUE(console_.waitUntilGone(test_));
+}
+
+// Once the server has offered TLS, a handshake that fails is the end: the password stays here.
+TEST_F(PreferencesTest, NothingGoesInClearWhereTlsFails) {
+    const SmtpScript scripts[] = {{.features = {"STARTTLS", "AUTH PLAIN"}},
+                                  {.features = {"STARTTLS", "AUTH PLAIN"}, .answers = {{"STARTTLS", "454 not now"}}}};
+    openPreferences();
+    for (const SmtpScript& script : scripts) {
+        SmtpServer server(script);
+        openTest(server.port(), "a@site.example");
+        ConsoleDriver::click(test_, IDOK);
+        expectMessage("Could not send email, invalid address?", "Email Send Error");
+        for (const char* verb : {"AUTH", "MAIL", "Y29uc29sZ"})
+            EXPECT_EQ(server.clearBytes().find(verb), std::string::npos) << verb;
+        EXPECT_EQ(server.connections(), 1);
+        EXPECT_TRUE(logHasPart("stage TLS"));
+        ConsoleDriver::click(test_, IDCANCEL);
+        ASSERT_TRUE(console_.waitUntilGone(test_));
+    }
+}
+
+TEST_F(PreferencesTest, TheWindowsLiveWhileAnEmailIsSentAndCancelGivesUp) {
+    SmtpServer server({.hangAt = "MAIL"});
+    openPreferences();
+    openTest(server.port(), "a@site.example");
+    ConsoleDriver::click(test_, IDOK);
+    ASSERT_TRUE(server.waitForCommand("MAIL"));
+    const HWND wait = console_.waitForWindowWith(IDC_WAIT_TEXT);
+    ASSERT_NE(wait, nullptr);
+    EXPECT_EQ(ConsoleDriver::textOf(wait), "Please Wait");
+    EXPECT_EQ(ConsoleDriver::textOf(wait, IDC_WAIT_TEXT), "Sending Email");
+    EXPECT_FALSE(ConsoleDriver::isEnabled(test_, IDOK));
+    EXPECT_FALSE(ConsoleDriver::isEnabled(test_, IDC_EMAIL_TO));
+    DWORD_PTR answer = 0;
+    EXPECT_NE(SendMessageTimeoutA(console_.mainWindow(), WM_NULL, 0, 0, SMTO_NORMAL, 200, &answer), 0);
+    ConsoleDriver::click(test_, IDCANCEL);
+    ASSERT_TRUE(console_.waitUntilGone(test_, 3000));
+    EXPECT_FALSE(IsWindow(wait));
+    EXPECT_EQ(console_.findMessageBox(), nullptr);
+    EXPECT_TRUE(logHasPart("cancelled"));
+    close(IDCANCEL);
+    exitConsole();
+}
+
+}  // namespace
+}  // namespace orvc::test

@@ -83,17 +83,6 @@ TEST_F(MailerTest, SendsToEveryRecipientAndTakesLeave) {
     EXPECT_THAT(report_, Not(HasSubstr("in clear")));
 }
 
-TEST_F(MailerTest, LongBodiesArriveWhole) {
-    SmtpServer server({});
-    Email email = makeEmail();
-    email.body.clear();
-    for (int line = 0; line < 20'000; ++line)
-        email.body.append(static_cast<std::size_t>(line % 7), '.').append("line\r\n");
-    mailer_.setPort(server.port());
-    ASSERT_TRUE(mailer_.send(email));
-    EXPECT_TRUE(server.message().ends_with("\r\n\r\n" + email.body));
-}
-
 TEST_F(MailerTest, WithTlsTheLogonAndTheMessageAreEncrypted) {
     const TlsIdentity identity("localhost");
     SmtpServer server({.features = {"STARTTLS", "AUTH PLAIN LOGIN"}, .startTls = identity.startTls()});

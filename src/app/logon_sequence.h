@@ -51,8 +51,6 @@ class LogonSequence {
     // The Cancel button: ends a countdown, or the dialog.
     void cancel();
 
-    bool isWaitingForRetry() const { return retry_; }
-
   private:
     void onSuccess(bool isAdministrator);
     void onFailure(std::int32_t code, const LogonEntry& entry);

@@ -55,6 +55,15 @@ void ConsoleTest::exitConsole() {
     EXPECT_EQ(console_.exitCode(), 0u);
 }
 
+void ConsoleTest::expectMessage(const std::string& text, const std::string& caption) {
+    const HWND box = console_.waitForMessageBox();
+    ASSERT_NE(box, nullptr) << text;
+    EXPECT_EQ(driver::ConsoleDriver::messageText(box), text);
+    EXPECT_EQ(driver::ConsoleDriver::textOf(box), caption);
+    driver::ConsoleDriver::click(box, IDOK);
+    ASSERT_TRUE(console_.waitUntilGone(box));
+}
+
 std::vector<std::string> ConsoleTest::logLines() const {
     static const std::regex prefix(R"(^\d+/\d\d/\d{4} \d+:\d\d:\d\d (\(-?\d{5,}\) )?)");
     std::vector<std::string> lines = readLines(trackingFile());

@@ -26,6 +26,9 @@ class ConsoleTest : public testing::Test {
     void startConsole(const std::string& options = {}, const std::string& folder = binFolder());
     void exitConsole();
 
+    // Waits for a message box with exactly this text and caption, and closes it with OK.
+    void expectMessage(const std::string& text, const std::string& caption = "Error");
+
     // Lines of the tracking file, times and counters taken off.
     std::vector<std::string> logLines() const;
     bool logHas(const std::string& line) const;

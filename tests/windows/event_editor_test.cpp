@@ -130,14 +130,6 @@ class EventEditorTest : public ConsoleTest {
         ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return IsWindowEnabled(editor_) != 0; }));
         SendMessageA(editor_, WM_NULL, 0, 0);
     }
-    void expectBox(const std::string& text, const std::string& caption) {
-        const HWND box = console_.waitForMessageBox();
-        ASSERT_NE(box, nullptr) << text;
-        EXPECT_EQ(ConsoleDriver::messageText(box), text);
-        EXPECT_EQ(ConsoleDriver::textOf(box), caption);
-        ConsoleDriver::click(box, IDOK);
-        ASSERT_TRUE(console_.waitUntilGone(box));
-    }
 
     LRESULT entries(unsigned list) {
         return SendMessageA(GetDlgItem(editor_, static_cast<int>(list)), CB_GETCOUNT, 0, 0);
@@ -466,9 +458,10 @@ TEST_F(EventEditorTest, AnEventWhoseReferencesAreGoneTellsEachInTurn) {
     ASSERT_TRUE(console_.logOn(1));
     console_.selectRow(0);
     console_.choose(IDM_MODIFY_EVENT);
-    expectBox("Could not find event Source\nYour will need to reselect", "Event Source Unassigned");
-    expectBox("Could not find Event Schedule\nYou will need to reselect", "Event Schedule Unassigned");
-    expectBox("Could not find Event Destination\nYou will need to reselect and save", "Event Destination Unassigned");
+    expectMessage("Could not find event Source\nYour will need to reselect", "Event Source Unassigned");
+    expectMessage("Could not find Event Schedule\nYou will need to reselect", "Event Schedule Unassigned");
+    expectMessage("Could not find Event Destination\nYou will need to reselect and save",
+                  "Event Destination Unassigned");
     waitForEditor();
     EXPECT_EQ(shown(),
               "Orphan|PTT (Call Button) Activation|<Select Source>|Trigger after|1|Minute(s)|<Select Schedule>|"

@@ -10,14 +10,6 @@ class LogonTest : public ConsoleTest {
     bool waitForTitle(HWND window, const std::string& title, DWORD milliseconds = ConsoleDriver::kPatience) {
         return ConsoleDriver::waitUntil([&] { return ConsoleDriver::textOf(window) == title; }, milliseconds);
     }
-    void closeMessage(const std::string& text) {
-        const HWND box = console_.waitForMessageBox();
-        ASSERT_NE(box, nullptr) << text;
-        EXPECT_EQ(ConsoleDriver::messageText(box), text);
-        EXPECT_EQ(ConsoleDriver::textOf(box), "Error");
-        ConsoleDriver::click(box, IDOK);
-        ASSERT_TRUE(console_.waitUntilGone(box));
-    }
 };
 
 TEST_F(LogonTest, ListsTheInstallationAfterALogonWithTypedFields) {
@@ -58,7 +50,7 @@ TEST_F(LogonTest, FirstFailureCountsDownSilentlyAndTheSecondIsTold) {
     ASSERT_TRUE(waitForTitle(dialog, "Logon Required"));
     EXPECT_TRUE(IsWindowEnabled(GetDlgItem(dialog, IDC_LOGON_ID)));
     ConsoleDriver::click(dialog, IDOK);
-    closeMessage("Logon Name and/or Password invalid");
+    expectMessage("Logon Name and/or Password invalid");
     EXPECT_EQ(ConsoleDriver::textOf(dialog), "Logon Required");
 
     // Cancel from an idle dialog ends the console.
@@ -71,7 +63,7 @@ TEST_F(LogonTest, AUserWithoutAdministratorRightsIsSentBackToThePassword) {
     const HWND dialog = console_.logonDialog();
     ASSERT_NE(dialog, nullptr);
     console_.enterLogon("operator", "operator");
-    closeMessage("User does not have admin rights");
+    expectMessage("User does not have admin rights");
     const HWND password = GetDlgItem(dialog, IDC_LOGON_PASSWORD);
     ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return IsWindowEnabled(password) != 0; }));
     EXPECT_EQ(SendMessageA(password, EM_GETSEL, 0, 0), MAKELRESULT(0, 8));

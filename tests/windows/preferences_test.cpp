@@ -51,14 +51,6 @@ class PreferencesTest : public ConsoleTest {
             return (IsWindowVisible(general_) != 0) == (tab == 0) && (IsWindowVisible(email_) != 0) == (tab == 1);
         }));
     }
-    void expectMessage(const std::string& text, const std::string& caption) {
-        const HWND box = console_.waitForMessageBox();
-        ASSERT_NE(box, nullptr) << text;
-        EXPECT_EQ(ConsoleDriver::messageText(box), text);
-        EXPECT_EQ(ConsoleDriver::textOf(box), caption);
-        ConsoleDriver::click(box, IDOK);
-        ASSERT_TRUE(console_.waitUntilGone(box));
-    }
     bool traceHas(const std::string& prefix) const {
         return std::ranges::any_of(tracedCalls(), [&](const std::string& call) { return call.starts_with(prefix); });
     }

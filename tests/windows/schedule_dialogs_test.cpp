@@ -96,14 +96,6 @@ class ScheduleDialogsTest : public ConsoleTest {
         // What the click started has ended when the dialog answers.
         SendMessageA(editor_, WM_NULL, 0, 0);
     }
-    void expectError(const std::string& text) {
-        const HWND box = console_.waitForMessageBox();
-        ASSERT_NE(box, nullptr) << text;
-        EXPECT_EQ(ConsoleDriver::messageText(box), text);
-        EXPECT_EQ(ConsoleDriver::textOf(box), "Error");
-        ConsoleDriver::click(box, IDOK);
-        ASSERT_TRUE(console_.waitUntilGone(box));
-    }
 
     std::vector<std::string> writes() const {
         std::vector<std::string> calls = tracedCalls();
@@ -202,7 +194,7 @@ TEST_F(ScheduleDialogsTest, AWholeDayEndsAtAMidnightThatHasToBeChosenAgain) {
     EXPECT_EQ(time(kStart1), "12:00 AM");
     EXPECT_EQ(time(kEnd1), "12:00 ");
     console_.clickTab(editor_, IDC_SCHEDULE_DAY_TABS, 6);
-    expectError("End time must be after Start Time");
+    expectMessage("End time must be after Start Time");
     EXPECT_EQ(shownDay(), 0);
     ASSERT_TRUE(ConsoleDriver::chooseEntry(editor_, hourList(kEnd1) + 2, "AM"));
     changeDay(6);
@@ -210,7 +202,7 @@ TEST_F(ScheduleDialogsTest, AWholeDayEndsAtAMidnightThatHasToBeChosenAgain) {
     // Save tells it too, and closes all the same.
     ConsoleDriver::type(editor_, IDC_SCHEDULE_NAME, "Always");
     ConsoleDriver::click(editor_, IDOK);
-    expectError("End time must be after Start Time");
+    expectMessage("End time must be after Start Time");
     waitForList();
     expectWritten(writes(), "Always", std::string(84, 'f'));
 }

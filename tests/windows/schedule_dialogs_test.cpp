@@ -207,6 +207,5 @@ TEST_F(ScheduleDialogsTest, AWholeDayEndsAtAMidnightThatHasToBeChosenAgain) {
     expectWritten(writes(), "Always", std::string(84, 'f'));
 }
 
-// The server stops while the editor is open: the logon dialog comes on top of it, and nothing that was entered is lost.
 }  // namespace
 }  // namespace orvc::test

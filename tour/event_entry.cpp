@@ -52,12 +52,16 @@ void enterPayload(ConsoleDriver& console, HWND editor, const EventEntry& entry, 
     if (entry.payload.empty() && entry.from.empty()) return;
     require(ConsoleDriver::isEnabled(editor, IDC_EVENT_SELECT), "the payload cannot be selected");
     ConsoleDriver::click(editor, IDC_EVENT_SELECT);
-    const std::string response = ConsoleDriver::selectedEntry(editor, IDC_EVENT_RESPONSE);
-    if (response == "Send Server Audio Message File")
+    // Which dialog opens tells the response, whatever the language.
+    const auto opens = [&](unsigned controlId) { return console.findWindowWith(controlId) != nullptr; };
+    ConsoleDriver::waitUntil([&] {
+        return opens(IDC_AUDIO_LIST) || opens(IDC_TTS_FILENAME) || opens(IDC_TTS_TEXT) || opens(IDC_EMAIL_FROM);
+    });
+    if (opens(IDC_AUDIO_LIST))
         chooseAudio(console, entry.payload, seen);
-    else if (response == "Send TTS File from network drive")
+    else if (opens(IDC_TTS_FILENAME))
         enterText(console, IDC_TTS_FILENAME, entry.payload, seen);
-    else if (response == "Send TTS Message")
+    else if (opens(IDC_TTS_TEXT))
         enterText(console, IDC_TTS_TEXT, entry.payload, seen);
     else
         enterEmail(console, entry, seen);

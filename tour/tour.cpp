@@ -1,7 +1,8 @@
 // The tour: shows a newcomer the real console at work, without a display to look at.
 //
 // Drives ORVSConfig.exe (beside this program) through its windows, prints each step, and saves a picture of each window
-// in the folder that --shots names. What it enters is compared with the demo server's installation file, which
+// in the folder that --shots names. It works in whatever language the console speaks: what it chooses and expects are
+// the console's own texts. What it enters is compared with the demo server's installation file, which
 // --installation names. Ends with 0 when every step happened, else with 1 and the step that did not.
 #include <windows.h>
 
@@ -10,8 +11,11 @@
 #include <string>
 #include <vector>
 
+#include "model/event_record.h"
 #include "resources/resource.h"
+#include "support/text.h"
 #include "tour/console_driver.h"
+#include "tour/console_texts.h"
 #include "tour/event_entry.h"
 #include "tour/stored_installation.h"
 
@@ -27,14 +31,17 @@ class Tour {
         : pictures_(std::move(pictures)), installation_(std::move(installation)) {}
 
     void run(const std::string& program) {
-        step("Start the console");
+        step(consoleLanguage() != 0 ? formatText("Start the console, in language 0x%04x", consoleLanguage())
+                                    : std::string("Start the console"));
         require(console_.start(program), "the program could not be started");
         require(console_.logonDialog() != nullptr, "no logon dialog appeared");
+        logOnWithoutRights();
         logOn();
         takePicture(console_.mainWindow(), "main-window");
         printEvents();
         awaitReload();
         showAbout();
+        askToClearFile();
         showSchedules();
         createSchedule();
         createEvents();
@@ -82,9 +89,32 @@ class Tour {
         require(console_.waitUntilGone(dialog), "the logon dialog did not close");
         require(ConsoleDriver::waitUntil([this] { return console_.eventCount() == expectedEvents_; }),
                 "the Events did not arrive");
-        require(
-            ConsoleDriver::textOf(console_.mainWindow()) == "Orvane VANTE Event Configuration Console - Logon ID admin",
-            "the title does not name the logon ID");
+        require(ConsoleDriver::textOf(console_.mainWindow()) == fillIn(consoleText(IDS_TITLE_LOGGED_ON), {"admin"}),
+                "the title does not name the logon ID");
+    }
+
+    void logOnWithoutRights() {
+        step("Log on as somebody without administrator rights");
+        console_.enterLogon("operator", "operator");
+        closeMessage(IDS_LOGON_NO_ADMIN, IDOK, "logon-error");
+        require(ConsoleDriver::waitUntil([&] { return ConsoleDriver::isEnabled(console_.logonDialog(), IDOK); }),
+                "nobody else can log on");
+    }
+
+    // Waits for a message box that says this, and answers it.
+    void closeMessage(unsigned text, unsigned answer, const std::string& picture) {
+        const HWND box = console_.waitForMessageBox();
+        require(box != nullptr, "no message appeared");
+        require(ConsoleDriver::messageText(box) == consoleText(text), "the message is another one");
+        takePicture(box, picture);
+        ConsoleDriver::click(box, answer);
+        require(console_.waitUntilGone(box), "the message did not go");
+    }
+
+    void askToClearFile() {
+        step("Change the mind about clearing the support file");
+        console_.choose(IDM_CLEAR_FILE);
+        closeMessage(IDS_CLEAR_FILE, IDNO, "clear-file");
     }
 
     void awaitReload() {
@@ -109,7 +139,8 @@ class Tour {
     }
 
     static void printRow(const EventRow& row) {
-        std::printf("    %-26s %-18s %-25s %s\n", row[0].c_str(), row[1].c_str(), row[2].c_str(), row[3].c_str());
+        std::printf("    %-26s %-18s %-25s %s\n", toUtf8(row[0]).c_str(), toUtf8(row[1]).c_str(),
+                    toUtf8(row[2]).c_str(), toUtf8(row[3]).c_str());
     }
 
     void showAbout() {
@@ -131,7 +162,7 @@ class Tour {
                 "the list of Schedules is empty");
         const auto rows = console_.readRows(list, IDC_SCHEDULE_LIST, 3);
         for (const auto& row : rows)
-            std::printf("    %-26s %-18s %s\n", row[0].c_str(), row[1].c_str(), row[2].c_str());
+            std::printf("    %-26s %-18s %s\n", toUtf8(row[0]).c_str(), toUtf8(row[1]).c_str(), toUtf8(row[2]).c_str());
         std::fflush(stdout);
         console_.clickRow(list, IDC_SCHEDULE_LIST, 3);
         require(ConsoleDriver::waitUntil([&] { return ConsoleDriver::isEnabled(list, IDC_SCHEDULE_MODIFY); }),
@@ -141,8 +172,9 @@ class Tour {
         const HWND editor = console_.waitForWindowWith(IDC_SCHEDULE_DAY_TABS);
         require(editor != nullptr, "no schedule editor appeared");
         console_.clickTab(editor, IDC_SCHEDULE_DAY_TABS, 1);
-        require(ConsoleDriver::waitUntil(
-                    [&] { return !ConsoleDriver::selectedEntry(editor, IDC_SCHEDULE_TIME).starts_with("None"); }),
+        require(ConsoleDriver::waitUntil([&] {
+                    return ConsoleDriver::selectedEntry(editor, IDC_SCHEDULE_TIME) != consoleText(IDS_HOUR_NONE);
+                }),
                 "Monday has no hours");
         takePicture(editor, "edit-schedule");
         ConsoleDriver::click(editor, IDCANCEL);
@@ -161,11 +193,17 @@ class Tour {
         require(editor != nullptr, "no schedule editor appeared");
         ConsoleDriver::type(editor, IDC_SCHEDULE_NAME, kSchedule);
         console_.clickTab(editor, IDC_SCHEDULE_DAY_TABS, 1);
-        const char* const entries[] = {"09", "30", "PM", "12", "00", "AM"};
-        for (unsigned i = 0; i < 6; ++i)
+        const std::string entries[] = {"09", "30", consoleText(IDS_PM), "12", "00", consoleText(IDS_AM)};
+        for (unsigned i = 0; i < 6; ++i) {
+            // A day whose end is missing cannot be left.
+            if (i == 3) {
+                console_.clickTab(editor, IDC_SCHEDULE_DAY_TABS, 2);
+                closeMessage(IDS_PERIOD_NO_END, IDOK, "schedule-error");
+            }
             require(ConsoleDriver::waitUntil(
                         [&] { return ConsoleDriver::chooseEntry(editor, IDC_SCHEDULE_TIME + i, entries[i]); }, 2000),
                     "a time could not be chosen");
+        }
         takePicture(editor, "new-schedule");
         ConsoleDriver::click(editor, IDOK);
         require(console_.waitUntilGone(editor), "the schedule editor did not close");
@@ -173,35 +211,39 @@ class Tour {
         require(console_.waitUntilGone(list), "the list of Schedules did not close");
     }
 
+    static std::string triggerName(Trigger trigger) {
+        return consoleText(IDS_TRIGGER_NONE + static_cast<unsigned>(trigger));
+    }
+
     // One for each response, every payload with what its file format has to protect.
     static std::vector<EventEntry> newEvents() {
         EventEntry common;
-        common.trigger = "Device Connection Status Change";
-        common.source = "device: Lobby (100002)";
+        common.trigger = triggerName(Trigger::kDeviceConnection);
+        common.source = fillIn(consoleText(IDS_PLACE_DEVICE), {"Lobby", 0x10L, 0L, 2L});
         common.schedule = kSchedule;
-        common.destination = "group: Nurses";
-        const auto with = [&](const char* name, const char* response, const char* payload) {
+        common.destination = fillIn(consoleText(IDS_PLACE_GROUP), {"Nurses"});
+        const auto with = [&](const char* name, unsigned response, const char* payload) {
             EventEntry entry = common;
             entry.name = name;
-            entry.response = response;
+            entry.response = consoleText(response);
             entry.payload = payload;
             return entry;
         };
         std::vector<EventEntry> events{
-            with("Tour 1, relay on", "Activate Relay", ""),
-            with("Tour 2, relay off", "Deactivate Relay", ""),
-            with("Tour 3, audio", "Send Server Audio Message File", "The door is open"),
-            with("Tour 4, e-mail", "Send Email", ""),
-            with("Tour 5, text file", "Send TTS File from network drive", "\\\\fileserver\\texts\\lobby.txml"),
-            with("Tour 6, spoken", "Send TTS Message", "Doors <A> & <B>\r\nare 100% open"),
+            with("Tour 1, relay on", IDS_RESPONSE_ACTIVATE_RELAY, ""),
+            with("Tour 2, relay off", IDS_RESPONSE_DEACTIVATE_RELAY, ""),
+            with("Tour 3, audio", IDS_RESPONSE_SERVER_AUDIO, "The door is open"),
+            with("Tour 4, e-mail", IDS_RESPONSE_EMAIL, ""),
+            with("Tour 5, text file", IDS_RESPONSE_TTS_FILE, "\\\\fileserver\\texts\\lobby.txml"),
+            with("Tour 6, spoken", IDS_RESPONSE_TTS_MESSAGE, "Doors <A> & <B>\r\nare 100% open"),
         };
-        events[0].trigger = "Sensor Activation";
-        events[0].timeout = "Trigger after";
+        events[0].trigger = triggerName(Trigger::kSensorActivation);
+        events[0].timeout = consoleText(IDS_TRIGGER_AFTER);
         events[0].timeoutValue = "2";
-        events[0].timeoutUnit = "Minute(s)";
-        events[1].trigger = "Time of Day";
-        events[1].source = "12:15 PM";
-        events[3].trigger = "Server Connection Status Change";
+        events[0].timeoutUnit = consoleText(IDS_MINUTES);
+        events[1].trigger = consoleText(IDS_TRIGGER_TIME_OF_DAY);
+        events[1].source = fillIn(consoleText(IDS_TIME_PM), {12L, 15L});
+        events[3].trigger = triggerName(Trigger::kServerConnection);
         events[3].source.clear();
         events[3].destination.clear();
         events[3].from = "console@building.example";
@@ -220,6 +262,7 @@ class Tour {
             console_.choose(IDM_CREATE_EVENT);
             const HWND editor = console_.waitForWindowWith(IDC_EVENT_TRIGGER);
             require(editor != nullptr, "no Event editor appeared");
+            if (number == 1) takePicture(editor, "event-new");
             enterEvent(console_, editor, entry, [&](HWND subEditor) { takePicture(subEditor, picture + "-payload"); });
             takePicture(editor, picture);
             saveEvent(console_, editor);
@@ -235,9 +278,11 @@ class Tour {
         console_.choose(IDM_MODIFY_EVENT);
         const HWND editor = console_.waitForWindowWith(IDC_EVENT_TRIGGER);
         require(editor != nullptr, "no Event editor appeared");
-        require(ConsoleDriver::textOf(editor) == "Modify Event", "the editor does not say that it modifies");
+        require(ConsoleDriver::textOf(editor) == consoleText(IDS_MODIFY_EVENT),
+                "the editor does not say that it modifies");
         require(ConsoleDriver::waitUntil([&] {
-                    return ConsoleDriver::textOf(editor, IDC_EVENT_RESPONSE_LINE) == "Play TTS 'Doors <A> & <B>...'";
+                    return ConsoleDriver::textOf(editor, IDC_EVENT_RESPONSE_LINE) ==
+                           fillIn(consoleText(IDS_TTS_TEXT_CHOSEN), {"Doors <A> & <B>..."});
                 }),
                 "the spoken text did not come back from the server");
         require(ConsoleDriver::waitUntil([&] { return console_.findWindowWith(IDC_WAIT_TEXT) == nullptr; }),
@@ -250,7 +295,8 @@ class Tour {
         saveEvent(console_, editor);
         require(ConsoleDriver::waitUntil([&] {
                     const int row = console_.rowOf("Tour 0, spoken");
-                    return row >= 0 && console_.readEvents()[static_cast<std::size_t>(row)][1] == "Disabled";
+                    return row >= 0 &&
+                           console_.readEvents()[static_cast<std::size_t>(row)][1] == consoleText(IDS_STATUS_DISABLED);
                 }),
                 "the list does not show the change");
     }
@@ -295,10 +341,7 @@ class Tour {
         require(row >= 0, "there is no such Event");
         console_.selectRow(row);
         console_.choose(IDM_DELETE_EVENT);
-        const HWND question = console_.waitForMessageBox();
-        require(question != nullptr, "the console did not ask");
-        takePicture(question, "delete-event");
-        ConsoleDriver::click(question, IDYES);
+        closeMessage(IDS_DELETE_EVENT, IDYES, "delete-event");
         --expectedEvents_;
         require(ConsoleDriver::waitUntil([this] { return console_.eventCount() == expectedEvents_; }),
                 "its row is still there");

@@ -1,5 +1,6 @@
 #include "app/configure_schedules_dialog.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -15,14 +16,16 @@ constexpr UINT kRefreshPeriod = 250;  // milliseconds
 
 struct Column {
     unsigned title;
-    int width;  // pixels at 96 DPI
+    int width;  // pixels at 96 DPI, for words as short as English ones
     std::string ScheduleRow::*text;
+    std::array<unsigned, 2> words;  // what its cells often say; 0 = nothing
 };
 constexpr std::array<Column, 3> kColumns{{
-    {IDS_COLUMN_SCHEDULE_NAME, 200, &ScheduleRow::name},
-    {IDS_COLUMN_DAYS, 70, &ScheduleRow::days},
-    {IDS_COLUMN_TIMES, 70, &ScheduleRow::times},
+    {IDS_COLUMN_SCHEDULE_NAME, 200, &ScheduleRow::name, {}},
+    {IDS_COLUMN_DAYS, 70, &ScheduleRow::days, {IDS_EVERY_DAY, IDS_NO_DAYS}},
+    {IDS_COLUMN_TIMES, 70, &ScheduleRow::times, {IDS_ALL_DAY, IDS_VARIABLE_TIMES}},
 }};
+constexpr int kCellPadding = 14;  // pixels at 96 DPI around a cell's text
 
 constexpr unsigned kRightOfList[] = {IDC_SCHEDULE_NEW, IDC_SCHEDULE_MODIFY, IDC_SCHEDULE_DELETE, IDOK};
 
@@ -67,14 +70,24 @@ void CConfigureSchedulesDlg::insertColumns() {
 
 void CConfigureSchedulesDlg::setColumnWidths() {
     for (std::size_t index = 0; index < kColumns.size(); ++index)
-        SendMessageA(list(), LVM_SETCOLUMNWIDTH, index, scale(kColumns[index].width));
+        SendMessageA(list(), LVM_SETCOLUMNWIDTH, index, columnWidth(index));
 }
 
-// Columns are as wide in every font, the dialog is not: it takes the width of the columns with a scroll bar.
+int CConfigureSchedulesDlg::columnWidth(std::size_t index) const {
+    int width = scale(kColumns[index].width);
+    for (const unsigned word : kColumns[index].words) {
+        const std::string text = word != 0 ? resources().text(word) : std::string();
+        const auto needed = SendMessageA(list(), LVM_GETSTRINGWIDTHA, 0, reinterpret_cast<LPARAM>(text.c_str()));
+        if (!text.empty()) width = std::max(width, static_cast<int>(needed) + scale(kCellPadding));
+    }
+    return width;
+}
+
+// Columns have widths of their own, whatever the template says: the dialog takes that of the columns with a scroll bar.
 void CConfigureSchedulesDlg::fitToColumns() {
     int wanted = GetSystemMetrics(SM_CXVSCROLL);
-    for (const Column& column : kColumns)
-        wanted += scale(column.width);
+    for (std::size_t index = 0; index < kColumns.size(); ++index)
+        wanted += columnWidth(index);
     RECT client{};
     GetClientRect(list(), &client);
     const int more = wanted - client.right;

@@ -28,6 +28,8 @@ class CConfigureSchedulesDlg final : public win32::Dialog {
 
     void insertColumns();
     void setColumnWidths();
+    // In pixels.
+    int columnWidth(std::size_t index) const;
     void fitToColumns();
     void focusFirstRow();
 

@@ -128,6 +128,9 @@ void MainWindow::chooseHelp() {
         parts_.log.log("Loaded language for 0x%04x", *help.language);
     else
         parts_.log.log("Loaded Help from '%s'", helpPath_.c_str());
+    // The language was chosen before the tracking file was open.
+    for (const std::string& line : parts_.resources.refusedLanguages())
+        parts_.log.log("%s", line.c_str());
 }
 
 void MainWindow::installKeyboardHook() {

@@ -1,5 +1,8 @@
 #include "win32/resources.h"
 
+#include <algorithm>
+
+#include "support/text.h"
 #include "win32/system_files.h"
 
 namespace orvc::win32 {
@@ -31,8 +34,25 @@ const DLGTEMPLATE* findDialogIn(HMODULE module, unsigned id) {
 
 bool Resources::loadLanguage(const std::string& fileName) {
     const std::string path = programFolder() + "\\" + fileName;
-    language_.reset(LoadLibraryExA(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE));
-    return static_cast<bool>(language_);
+    if (GetFileAttributesA(path.c_str()) == INVALID_FILE_ATTRIBUTES) return false;
+    UniqueModule library(
+        LoadLibraryExA(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE));
+    if (!library) return refuseLanguage(path, formatText("it cannot be loaded (error %lu)", GetLastError()));
+    const std::string version = fileVersionNumbers(path);
+    const std::string wanted = fileVersionNumbers(programPath());
+    if (version != wanted)
+        return refuseLanguage(path,
+                              version.empty() ? "it has no version" : "its version is " + version + ", not " + wanted);
+    language_ = std::move(library);
+    return true;
+}
+
+// The same library may be a candidate twice, for the user and for the system; it is told once.
+bool Resources::refuseLanguage(const std::string& path, const std::string& reason) {
+    std::string line = "Language library '" + path + "' is not used: " + reason;
+    if (std::ranges::find(refusedLanguages_, line) == refusedLanguages_.end())
+        refusedLanguages_.push_back(std::move(line));
+    return false;
 }
 
 std::string Resources::text(unsigned id) const {

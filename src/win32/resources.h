@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <string>
+#include <vector>
 
 #include "support/string_table.h"
 #include "win32/handles.h"
@@ -14,8 +15,11 @@ namespace orvc::win32 {
 class Resources final : public StringTable {
   public:
     // Loads a language library from the program's folder as resources only: none of its code runs. Returns false when
-    // there is no such library.
+    // there is no such library, or one that cannot be used: damaged, or of another version than the program, whose
+    // dialogs it then need not fit.
     bool loadLanguage(const std::string& fileName);
+    // The libraries that were there but could not be used, a line for the tracking log each: which file, and why.
+    const std::vector<std::string>& refusedLanguages() const { return refusedLanguages_; }
 
     std::string text(unsigned id) const override;
     // Null when neither has it. The template lives as long as the program.
@@ -26,7 +30,10 @@ class Resources final : public StringTable {
     static UniqueIcon loadIcon(unsigned id, int width);
 
   private:
+    bool refuseLanguage(const std::string& path, const std::string& reason);
+
     UniqueModule language_;
+    std::vector<std::string> refusedLanguages_;
 };
 
 }  // namespace orvc::win32

@@ -68,17 +68,38 @@ std::string environmentValue(const char* name) {
     return value;
 }
 
-std::string fileVersionText(const std::string& path) {
+namespace {
+
+// The version resource of a file; empty when it has none.
+std::vector<char> readVersionBlock(const std::string& path) {
     DWORD unused = 0;
-    const DWORD size = GetFileVersionInfoSizeA(path.c_str(), &unused);
-    if (size == 0) return {};
-    std::vector<char> block(size);
-    if (!GetFileVersionInfoA(path.c_str(), 0, size, block.data())) return {};
+    std::vector<char> block(GetFileVersionInfoSizeA(path.c_str(), &unused));
+    if (!block.empty() && !GetFileVersionInfoA(path.c_str(), 0, static_cast<DWORD>(block.size()), block.data()))
+        return {};
+    return block;
+}
+
+}  // namespace
+
+std::string fileVersionText(const std::string& path) {
+    const std::vector<char> block = readVersionBlock(path);
     void* text = nullptr;
     UINT length = 0;
-    if (!VerQueryValueA(block.data(), "\\StringFileInfo\\040904E4\\FileVersion", &text, &length) || length == 0)
+    if (block.empty() || !VerQueryValueA(block.data(), "\\StringFileInfo\\040904E4\\FileVersion", &text, &length) ||
+        length == 0)
         return {};
     return std::string(untilZero({static_cast<const char*>(text), length}));
+}
+
+std::string fileVersionNumbers(const std::string& path) {
+    const std::vector<char> block = readVersionBlock(path);
+    void* found = nullptr;
+    UINT length = 0;
+    if (block.empty() || !VerQueryValueA(block.data(), "\\", &found, &length) || length < sizeof(VS_FIXEDFILEINFO))
+        return {};
+    const auto& fixed = *static_cast<const VS_FIXEDFILEINFO*>(found);
+    return formatText("%d.%d.%d.%d", HIWORD(fixed.dwFileVersionMS), LOWORD(fixed.dwFileVersionMS),
+                      HIWORD(fixed.dwFileVersionLS), LOWORD(fixed.dwFileVersionLS));
 }
 
 }  // namespace orvc::win32

@@ -27,5 +27,7 @@ std::string environmentValue(const char* name);
 
 // The file version text of a program or library, from its version resource; empty when it has none.
 std::string fileVersionText(const std::string& path);
+// The four numbers of its file version, as "1.0.0.0"; empty when it has none. They are there in every language's block.
+std::string fileVersionNumbers(const std::string& path);
 
 }  // namespace orvc::win32

@@ -1,49 +1,192 @@
-// Every dialog that the program names is there and whole.
+// Every dialog, in every language: controls lie inside it and apart, and no text is cut off.
 #include <gtest/gtest.h>
 #include <windows.h>
 
 #include <commctrl.h>
 
-#include <set>
+#include <algorithm>
 
 #include "resources/resource.h"
-#include "windows/console_fixture.h"
+#include "windows/resource_files.h"
 
 namespace orvc::test {
 namespace {
 
-INT_PTR CALLBACK ignore(HWND, UINT, WPARAM, LPARAM) {
-    return FALSE;
+// Texts that the program puts where the template has others or none. Control 0 is the dialog's title. A range of ids
+// goes from `first` to `last`.
+struct ShownText {
+    unsigned dialog;
+    unsigned control;
+    unsigned first;
+    unsigned last;
+};
+constexpr ShownText kShownTexts[] = {
+    {IDD_LOGON, 0, IDS_LOGGING_IN, IDS_LOGGING_IN},
+    {IDD_LOGON, 0, IDS_LOGON_WAITING, IDS_LOGON_WAITING},
+    {IDD_LOGON, 0, IDS_LOGON_COUNTDOWN, IDS_LOGON_COUNTDOWN},
+    {IDD_LOGON, IDC_LOGON_OPTIONS, IDS_OPTIONS_HIDE, IDS_OPTIONS_HIDE},
+    {IDD_ABOUT, IDC_ABOUT_LIST, IDS_ABOUT_PROGRAM, IDS_ABOUT_LIBRARY},
+    {IDD_PLEASE_WAIT, IDC_WAIT_TEXT, IDS_WAIT_SENDING, IDS_WAIT_SENDING},
+    {IDD_SETUP_EVENT, 0, IDS_MODIFY_EVENT, IDS_MODIFY_EVENT},
+    {IDD_SETUP_EVENT, IDC_EVENT_TRIGGER, IDS_TRIGGER_NONE, IDS_TRIGGER_TIME_OF_DAY},
+    {IDD_SETUP_EVENT, IDC_EVENT_SOURCE, IDS_SELECT_SOURCE, IDS_NOON},
+    {IDD_SETUP_EVENT, IDC_EVENT_TIMEOUT, IDS_SELECT_TIMEOUT, IDS_TRIGGER_AFTER},
+    {IDD_SETUP_EVENT, IDC_EVENT_TIMEOUT_UNIT, IDS_SECONDS, IDS_MINUTES},
+    {IDD_SETUP_EVENT, IDC_EVENT_SCHEDULE, IDS_SELECT_SCHEDULE, IDS_SELECT_SCHEDULE},
+    {IDD_SETUP_EVENT, IDC_EVENT_RESPONSE, IDS_SELECT_RESPONSE, IDS_SELECT_RESPONSE},
+    {IDD_SETUP_EVENT, IDC_EVENT_RESPONSE, IDS_RESPONSE_NONE, IDS_RESPONSE_UNKNOWN},
+    {IDD_SETUP_EVENT, IDC_EVENT_DESTINATION, IDS_SELECT_DESTINATION, IDS_SELECT_DESTINATION},
+    {IDD_SETUP_EVENT, IDC_EVENT_RESPONSE_LINE, IDS_RELAY_SELECT, IDS_EMPTY_FIELD},
+    {IDD_EMAIL, IDOK, IDS_EMAIL_TEST_SEND, IDS_EMAIL_TEST_SEND},
+    {IDD_EDIT_SCHEDULE, IDC_SCHEDULE_TIME, IDS_HOUR_NONE, IDS_HOUR_NONE},
+    {IDD_EDIT_SCHEDULE, IDC_SCHEDULE_TIME + 2, IDS_AM, IDS_PM},
+};
+// Texts in a room that the program divides: seven tabs, and columns of a width of their own, in pixels at 96 DPI.
+struct DividedText {
+    unsigned dialog;
+    unsigned control;
+    unsigned id;
+    int width;  // 0 = a seventh of the control
+};
+constexpr DividedText kDividedTexts[] = {
+    {IDD_EDIT_SCHEDULE, IDC_SCHEDULE_DAY_TABS, IDS_DAY_TAB_SUNDAY, 0},
+    {IDD_EDIT_SCHEDULE, IDC_SCHEDULE_DAY_TABS, IDS_DAY_TAB_MONDAY, 0},
+    {IDD_EDIT_SCHEDULE, IDC_SCHEDULE_DAY_TABS, IDS_DAY_TAB_TUESDAY, 0},
+    {IDD_EDIT_SCHEDULE, IDC_SCHEDULE_DAY_TABS, IDS_DAY_TAB_WEDNESDAY, 0},
+    {IDD_EDIT_SCHEDULE, IDC_SCHEDULE_DAY_TABS, IDS_DAY_TAB_THURSDAY, 0},
+    {IDD_EDIT_SCHEDULE, IDC_SCHEDULE_DAY_TABS, IDS_DAY_TAB_FRIDAY, 0},
+    {IDD_EDIT_SCHEDULE, IDC_SCHEDULE_DAY_TABS, IDS_DAY_TAB_SATURDAY, 0},
+    {IDD_CONFIGURE_SCHEDULES, IDC_SCHEDULE_LIST, IDS_COLUMN_SCHEDULE_NAME, 200},
+    {IDD_CONFIGURE_SCHEDULES, IDC_SCHEDULE_LIST, IDS_COLUMN_DAYS, 70},
+    {IDD_CONFIGURE_SCHEDULES, IDC_SCHEDULE_LIST, IDS_COLUMN_TIMES, 70},
+    {IDD_SERVER_AUDIO, IDC_AUDIO_LIST, IDS_AUDIO_COLUMN, 200},
+};
+
+int widthOf(const std::wstring& text, HFONT font) {
+    const HDC screen = GetDC(nullptr);
+    const HGDIOBJ before = SelectObject(screen, font);
+    RECT area{};
+    // An underlined letter's sign takes no room.
+    DrawTextW(screen, text.c_str(), -1, &area, DT_CALCRECT | DT_SINGLELINE);
+    SelectObject(screen, before);
+    ReleaseDC(nullptr, screen);
+    return area.right;
 }
 
-class ResourcesTest : public ConsoleTest {};
+HFONT fontOf(HWND window) {
+    return reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0));
+}
 
-TEST_F(ResourcesTest, EveryDialogOpensWithItsControlsInsideAndApart) {
-    InitCommonControls();
-    const HMODULE program = LoadLibraryExA((binFolder() + "\\ORVSConfig.exe").c_str(), nullptr,
-                                           LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE);
-    ASSERT_NE(program, nullptr);
-    for (const unsigned id : {IDD_ABOUT, IDD_MAIN, IDD_LOGON, IDD_PLEASE_WAIT, IDD_CONFIGURE_SCHEDULES,
-                              IDD_EDIT_SCHEDULE, IDD_SETUP_EVENT, IDD_SERVER_AUDIO, IDD_TTS_FILENAME, IDD_TTS,
-                              IDD_EMAIL, IDD_PREFERENCES, IDD_PREFERENCES_GENERAL, IDD_PREFERENCES_EMAIL}) {
-        // A page has to have a parent.
-        const HWND dialog = CreateDialogParamA(program, MAKEINTRESOURCEA(id), GetDesktopWindow(), ignore, 0);
-        ASSERT_NE(dialog, nullptr) << id;
+RECT areaIn(HWND dialog, HWND control) {
+    RECT area{};
+    GetWindowRect(control, &area);
+    MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&area), 2);
+    return area;
+}
+
+// Room for one line of text in a control, in pixels: without frames, a box to tick, an arrow.
+int roomIn(HWND control) {
+    char name[64] = "";
+    GetClassNameA(control, name, sizeof name);
+    RECT client{};
+    GetClientRect(control, &client);
+    const std::string kind(name);
+    if (kind == "Button") {
+        switch (GetWindowLongA(control, GWL_STYLE) & BS_TYPEMASK) {
+            case BS_GROUPBOX:
+                return client.right - 20;
+            case BS_AUTOCHECKBOX:
+                return client.right - GetSystemMetrics(SM_CXMENUCHECK) - 4;
+            default:
+                return client.right - 10;
+        }
+    }
+    if (kind == "ComboBox") return client.right - GetSystemMetrics(SM_CXVSCROLL) - 8;
+    if (kind == "ListBox" || kind == "Edit") return client.right - 6;
+    return client.right;
+}
+
+class ResourcesTest : public testing::TestWithParam<const char*> {
+  protected:
+    void SetUp() override { ASSERT_TRUE(file_.isOpen()); }
+
+    ResourceFile file_{GetParam()};
+};
+
+TEST_P(ResourcesTest, ControlsLieInsideTheirDialogAndApart) {
+    for (const unsigned id : file_.dialogs()) {
+        SCOPED_TRACE("dialog " + std::to_string(id));
+        const HWND dialog = file_.openDialog(id);
+        ASSERT_NE(dialog, nullptr);
         RECT client{};
         GetClientRect(dialog, &client);
-        std::set<int> ids;
-        for (HWND child = GetWindow(dialog, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
-            RECT area{};
-            GetWindowRect(child, &area);
-            MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&area), 2);
+        std::vector<std::pair<int, RECT>> placed;
+        for (const HWND control : controlsOf(dialog)) {
+            const RECT area = areaIn(dialog, control);
+            const int controlId = GetDlgCtrlID(control);
             EXPECT_TRUE(area.left >= 0 && area.top >= 0 && area.right <= client.right && area.bottom <= client.bottom)
-                << "dialog " << id << ", control " << GetDlgCtrlID(child);
-            EXPECT_TRUE(ids.insert(GetDlgCtrlID(child)).second) << "dialog " << id;
+                << "control " << controlId;
+            char name[64] = "";
+            GetClassNameA(control, name, sizeof name);
+            const LONG style = GetWindowLongA(control, GWL_STYLE);
+            const bool isFrame = (std::string(name) == "Button" && (style & BS_TYPEMASK) == BS_GROUPBOX);
+            for (const auto& [other, otherArea] : placed) {
+                EXPECT_NE(other, controlId);
+                RECT shared{};
+                EXPECT_FALSE((style & WS_VISIBLE) != 0 && !isFrame && IntersectRect(&shared, &area, &otherArea))
+                    << "control " << controlId << " covers " << other;
+            }
+            if ((style & WS_VISIBLE) != 0 && !isFrame) placed.emplace_back(controlId, area);
         }
         DestroyWindow(dialog);
     }
-    FreeLibrary(program);
 }
+
+TEST_P(ResourcesTest, NoTextIsCutOff) {
+    NONCLIENTMETRICSW metrics{};
+    metrics.cbSize = sizeof metrics;
+    SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+    const HFONT titleFont = CreateFontIndirectW(&metrics.lfCaptionFont);
+    for (const unsigned id : file_.dialogs()) {
+        SCOPED_TRACE("dialog " + std::to_string(id));
+        const HWND dialog = file_.openDialog(id);
+        ASSERT_NE(dialog, nullptr);
+        const auto expectRoom = [](const std::wstring& text, HFONT font, int room, unsigned control) {
+            EXPECT_LE(widthOf(text, font), room)
+                << "control " << control << ": \"" << testing::PrintToString(text) << "\"";
+        };
+        const auto titleRoom = [&] {
+            RECT area{};
+            GetWindowRect(dialog, &area);
+            return static_cast<int>(area.right - area.left) - GetSystemMetrics(SM_CXSIZE) - 16;
+        };
+        expectRoom(windowText(dialog), titleFont, titleRoom(), 0);
+        for (const HWND control : controlsOf(dialog))
+            if ((GetWindowLongA(control, GWL_STYLE) & WS_VISIBLE) != 0)
+                expectRoom(windowText(control), fontOf(dialog), roomIn(control), GetDlgCtrlID(control));
+        for (const ShownText& shown : kShownTexts) {
+            if (shown.dialog != id) continue;
+            for (unsigned text = shown.first; text <= shown.last; ++text) {
+                const bool isTitle = shown.control == 0;
+                expectRoom(file_.text(text), isTitle ? titleFont : fontOf(dialog),
+                           isTitle ? titleRoom() : roomIn(GetDlgItem(dialog, static_cast<int>(shown.control))), text);
+            }
+        }
+        for (const DividedText& divided : kDividedTexts) {
+            if (divided.dialog != id) continue;
+            const HWND control = GetDlgItem(dialog, static_cast<int>(divided.control));
+            expectRoom(file_.text(divided.id), fontOf(dialog),
+                       (divided.width != 0 ? divided.width : roomIn(control) / 7) - 12, divided.id);
+        }
+        DestroyWindow(dialog);
+    }
+    DeleteObject(titleFont);
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryLanguage, ResourcesTest, testing::ValuesIn(kResourceFiles), [](const auto& suite) {
+    const std::string name(suite.param);
+    return name.substr(0, name.find('.'));
+});
 
 }  // namespace
 }  // namespace orvc::test

@@ -107,19 +107,5 @@ TEST_F(StartUpTest, TellsOnceWhenThereCanBeNoScratchFolder) {
     EXPECT_EQ(console_.findMessageBox(), nullptr);
 }
 
-TEST_F(StartUpTest, TakesTheLanguageLibraryOfTheLanguagesLowByte) {
-    const std::string folder = makeFolderWithConsole();
-    ASSERT_TRUE(CopyFileA((binFolder() + "\\KSPassThru.dll").c_str(), (folder + "\\KSPassThru.dll").c_str(), FALSE));
-    char name[64] = "";
-    wsprintfA(name, "\\ORVSConfig%04x.dll", GetUserDefaultLangID() & 255);
-    ASSERT_TRUE(CopyFileA((binFolder() + "\\test_language.dll").c_str(), (folder + name).c_str(), FALSE));
-    startConsole({}, folder);
-    // The library has one text; what it lacks comes from the program.
-    const HWND dialog = console_.logonDialog();
-    ASSERT_NE(dialog, nullptr);
-    EXPECT_EQ(ConsoleDriver::textOf(dialog, IDC_LOGON_OPTIONS), "Test options");
-    EXPECT_EQ(ConsoleDriver::textOf(console_.mainWindow()), "Orvane VANTE - Automation - Events Configuration Console");
-}
-
 }  // namespace
 }  // namespace orvc::test

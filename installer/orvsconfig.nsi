@@ -56,14 +56,16 @@ Var FinishText
 !define MUI_WELCOMEFINISHPAGE_BITMAP "${STAGE}/picture.bmp"
 !define MUI_ABORTWARNING
 !define MUI_COMPONENTSPAGE_SMALLDESC
-!define MUI_FINISHPAGE_TEXT "$FinishText"
-!define MUI_FINISHPAGE_RUN
-!define MUI_FINISHPAGE_RUN_FUNCTION startConsole
-!define MUI_PAGE_CUSTOMFUNCTION_SHOW showFinishPage
 
 !insertmacro MUI_PAGE_COMPONENTS
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
+!define MUI_FINISHPAGE_TITLE_3LINES
+!define MUI_FINISHPAGE_TEXT "$FinishText"
+!define MUI_FINISHPAGE_RUN
+!define MUI_FINISHPAGE_RUN_TEXT "$(TEXT_START)"
+!define MUI_FINISHPAGE_RUN_FUNCTION startConsole
+!define MUI_PAGE_CUSTOMFUNCTION_SHOW showFinishPage
 !insertmacro MUI_PAGE_FINISH
 !insertmacro MUI_UNPAGE_CONFIRM
 !insertmacro MUI_UNPAGE_INSTFILES
@@ -342,9 +344,6 @@ Section Uninstall
     Return
   ${EndIf}
 
-  Delete "$INSTDIR\${UNINSTALLER}"
-  RMDir "$INSTDIR"
-  RMDir "$PROGRAMFILES32\Kestrel Sonics"
   Delete "${LINK}"
   DeleteRegKey HKLM "${UNINSTALL_KEY}"
   !insertmacro ForgetFolder installPath
@@ -352,4 +351,9 @@ Section Uninstall
   DeleteRegKey /ifnosubkeys /ifnovalues HKCU "${USER_KEY}\settings"
   DeleteRegKey /ifnosubkeys /ifnovalues HKCU "${USER_KEY}"
   DeleteRegKey /ifnosubkeys /ifnovalues HKCU "Software\Kestrel Sonics"
+  ; Last, so that whoever waits for the removal can wait for this.
+  Delete "$INSTDIR\${UNINSTALLER}"
+  RMDir "$INSTDIR"
+  ; This one only if nothing else is in it.
+  RMDir "$PROGRAMFILES32\Kestrel Sonics"
 SectionEnd

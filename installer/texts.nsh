@@ -38,6 +38,7 @@ dossier :$\r$\n$\r$\n$INSTDIR"
   "The console is installed. It is in the Start menu." \
   "Die Konsole ist installiert. Sie steht im Startmenü." \
   "La console est installée. Elle figure dans le menu Démarrer."
+!insertmacro Text TEXT_START "Start the console" "Die Konsole starten" "Lancer la console"
 !insertmacro Text TEXT_NO_ADMINISTRATOR \
   "Only an administrator can install or remove the console." \
   "Nur ein Administrator kann die Konsole installieren oder entfernen." \

@@ -166,6 +166,7 @@ TEST_F(LanguageTest, WhatCannotBeUsedIsPassedOverAndTold) {
     CloseHandle(damaged);
     copyLibrary("other_version.dll", lowByte_);
     EXPECT_EQ(titleOfLogon(), "Logon Required");
+    EXPECT_EQ(ConsoleDriver::textOf(console_.logonDialog(), IDC_LOGON_OPTIONS), "Options >>");
     const auto lines = logLines();
     const auto told = [&](unsigned language, const std::string& reason) {
         return std::ranges::count_if(lines, [&](const std::string& line) {

@@ -13,6 +13,7 @@
 #include "resources/resource.h"
 #include "tour/console_driver.h"
 #include "tour/event_entry.h"
+#include "tour/mail_step.h"
 #include "tour/stored_installation.h"
 
 namespace orvc::driver {
@@ -39,6 +40,9 @@ class Tour {
         createSchedule();
         createEvents();
         modifyEvent();
+        tryEmail(console_, installation_,
+                 {[this](const std::string& text) { step(text); },
+                  [this](HWND window, const std::string& name) { takePicture(window, name); }});
         deleteEvent("Barrier lifts");
         logOff();
         logOn();

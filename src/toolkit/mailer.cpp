@@ -143,7 +143,7 @@ class MailRun {
     std::string message_;
     std::size_t sent_ = 0;
     MailStage stage_ = MailStage::kConnect;
-    bool hasTls_ = false;
+    bool hasTls_ = mailer_.port_ == Mailer::kTlsPort;  // before the handshake nothing is said
     bool isLeaving_ = false;
     std::string answer_;                // the last line that the server said in this stage
     std::vector<std::string> secrets_;  // what the logon has sent

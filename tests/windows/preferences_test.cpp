@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "support/smtp_server.h"
+#include "mail_server/smtp_server.h"
 #include "windows/console_fixture.h"
 
 namespace orvc::test {

@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "smtp_server.h"
+#include "mail_server/smtp_server.h"
 #include "tls_server.h"
 #include "toolkit/mail_task.h"
 

@@ -1,4 +1,4 @@
-#include "smtp_server.h"
+#include "mail_server/smtp_server.h"
 
 #ifdef _WIN32
 #include <winsock2.h>

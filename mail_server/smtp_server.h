@@ -1,4 +1,4 @@
-// A mail server on loopback that speaks SMTP as a test tells it to, good or bad.
+// A mail server on loopback that speaks SMTP as it is told to, well or badly, and keeps what it hears.
 #pragma once
 
 #include <atomic>
@@ -40,7 +40,7 @@ struct SmtpScript {
     bool tlsFirst = false;             // TLS from the first byte
 };
 
-// Thread: made and asked on the test's thread; serves connections, one after the other, on its own.
+// Thread: made and asked on any one thread; serves connections, one after the other, on its own.
 class SmtpServer {
   public:
     explicit SmtpServer(SmtpScript script);

@@ -70,6 +70,7 @@ class SmtpServer::Conversation {
 
     void run() {
         if (script_.tlsFirst && !startTls()) return;
+        if (script_.dropAt == "greeting") return;
         if (script_.hangAt == "greeting") return hang();
         say(script_.greeting);
         while (const auto line = readLine())

@@ -33,8 +33,8 @@ struct SmtpScript {
     std::vector<std::string> features{};  // what EHLO lists
     std::map<std::string, std::string>
         answers{};                     // by command ("MAIL", "RCPT" …, "." ends the message), instead of 2xx
-    std::string hangAt{};              // from this command on the server is silent
-    std::string dropAt{};              // at this command, or in the message ("message"), it hangs up
+    std::string hangAt{};              // from this command, or the "greeting", on the server is silent
+    std::string dropAt{};              // at this command, the "greeting", or in the "message", it hangs up
     std::string bytesAfterStartTls{};  // said in clear behind the answer to STARTTLS
     StartTls startTls{};               // absent: the handshake is refused
     bool tlsFirst = false;             // TLS from the first byte

@@ -1,6 +1,6 @@
 // Lets the console on Windows, or under Wine, send test e-mails from its Preferences.
 //
-// Arguments: a certificate file (DER) that the user trusts from now on, recipients, subject, and for each e-mail
+// Arguments: a certificate file (DER) that the user trusts meanwhile, recipients, subject, and for each e-mail
 // "port,password". The texts are taken in the code page of the machine. Prints what each message box says, and then
 // what the support log says about e-mail.
 #include <windows.h>
@@ -28,14 +28,29 @@ std::string readFile(const std::string& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-bool trust(const std::string& path) {
+// Trusts a certificate until the end of the program.
+class Trust {
+  public:
+    explicit Trust(const std::string& path);
+    ~Trust() {
+        if (certificate_ != nullptr) CertDeleteCertificateFromStore(certificate_);
+        CertCloseStore(store_, 0);
+    }
+    Trust(const Trust&) = delete;
+    Trust& operator=(const Trust&) = delete;
+    bool isGood() const { return certificate_ != nullptr; }
+
+  private:
+    HCERTSTORE store_ = CertOpenStore(CERT_STORE_PROV_SYSTEM_A, 0, 0, CERT_SYSTEM_STORE_CURRENT_USER, "ROOT");
+    PCCERT_CONTEXT certificate_ = nullptr;
+};
+
+Trust::Trust(const std::string& path) {
     const std::string bytes = readFile(path);
-    const HCERTSTORE store = CertOpenStore(CERT_STORE_PROV_SYSTEM_A, 0, 0, CERT_SYSTEM_STORE_CURRENT_USER, "ROOT");
-    const bool added =
-        store != nullptr && CertAddEncodedCertificateToStore(
-                                store, X509_ASN_ENCODING, reinterpret_cast<const BYTE*>(bytes.data()),
-                                static_cast<DWORD>(bytes.size()), CERT_STORE_ADD_REPLACE_EXISTING, nullptr) != 0;
-    return store != nullptr && CertCloseStore(store, 0) && added;
+    CertAddEncodedCertificateToStore(store_, X509_ASN_ENCODING, reinterpret_cast<const BYTE*>(bytes.data()),
+                                     static_cast<DWORD>(bytes.size()), CERT_STORE_ADD_REPLACE_EXISTING, &certificate_);
+    // Other processes see it at once.
+    CertControlStore(store_, 0, CERT_STORE_CTRL_COMMIT, nullptr);
 }
 
 void send(ConsoleDriver& console, const orvc::driver::MailTexts& texts, const std::string& target) {
@@ -66,7 +81,9 @@ void printLog() {
 }  // namespace
 
 int main(int count, char** arguments) {
-    if (count < 5 || !trust(arguments[1])) return 2;
+    if (count < 5) return 2;
+    const Trust trust(arguments[1]);
+    if (!trust.isGood()) return 2;
     const DWORD on = 1;
     RegSetKeyValueA(HKEY_CURRENT_USER, kSettingsKey, "recordEvents", REG_DWORD, &on, sizeof on);
     SetEnvironmentVariableA("ORVC_DEMO", "fire=0;devices=1;events=1");

@@ -13,7 +13,7 @@ import tempfile
 import time
 import unittest
 
-from mail_servers import PASSWORD, USER, Certificates, OpenSmtpd, Peer, Session
+from mail_servers import PASSWORD, USER, Certificates, OpenSmtpd, Peer
 
 COMMAND = sys.argv[2:]
 FROM = "console@clinic.example"
@@ -38,7 +38,8 @@ class MailTest(unittest.TestCase):
         return peer
 
     def run_command(self, *arguments):
-        run = subprocess.run([*COMMAND, *arguments], capture_output=True, timeout=120)
+        run = subprocess.run([*COMMAND, *arguments], capture_output=True, timeout=150,
+                             env={**os.environ, "LC_ALL": "C.UTF-8"})
         said = run.stdout.decode()
         self.assertEqual(run.returncode, 0, said + run.stderr.decode())
         logon = f"\0{USER}\0{PASSWORD}".encode()
@@ -169,18 +170,30 @@ class OpenSmtpdTest(MailTest):
 
 class ConsoleTest(MailTest):
     def test_windows_program(self):
-        authority = os.path.join(self.certificates.folder, "authority.der")
-        subprocess.run(["openssl", "x509", "-in", self.certificates.file("authority"), "-outform", "der", "-out", authority],
-                       check=True)
-        # Above 32000 the console would complain.
+        authority = str(self.certificates.folder / "authority.der")
+        subprocess.run(["openssl", "x509", "-in", self.certificates.file("authority"), "-outform", "der", "-out",
+                        authority], check=True)
+        # The console would complain about ports above 32000.
         peers = {name: self.peer(ports=range(21000, 32000), require_starttls=True,
                                  tls_context=self.certificates.context(name))
                  for name in ("good", "unknown", "other-name", "expired")}
-        sends = [(peers["good"], PASSWORD), (peers["good"], "pa55-word")]
-        sends += [(peers[name], PASSWORD) for name in ("unknown", "other-name", "expired")]
+        sends = [("good", PASSWORD, "Email sent with TLS"),
+                 ("good", "pa55-word", REFUSED + "logon: Login denied; the server said '535 5.7.8 "),
+                 ("unknown", PASSWORD, REFUSED + "TLS: schannel: CertGetCertificateChain trust error"),
+                 ("other-name", PASSWORD, REFUSED + "TLS: schannel: CertGetNameString() failed to match"),
+                 ("expired", PASSWORD, REFUSED + "TLS: schannel: CertGetCertificateChain trust error")]
         said = self.run_command("Z:" + authority.replace("/", "\\"), ";".join(TO), SUBJECT,
-                                *(f"{peer.port},{password}" for peer, password in sends))
-        print(said)
+                                *(f"{peers[name].port},{password}" for name, password, _ in sends)).splitlines()
+        self.assertEqual(said[:5], ["Successfully concluded email test"] +
+                         4 * ["Could not send email, invalid address?"])
+        for line, (_, _, outcome) in zip(said[6::2], sends, strict=True):
+            self.assertIn(outcome, line)
+        self.assertEqual(peers["good"].logons, [True, True])
+        [(sender, recipients, content)] = peers["good"].mails
+        self.assertEqual((sender, recipients), (FROM, TO))
+        self.check_mail(content, TO, message="Hello\n.\n")
+        for name in ("unknown", "other-name", "expired"):
+            self.assertEqual((peers[name].logons, peers[name].senders, peers[name].connections), ([], [], 1), name)
 
 
 if __name__ == "__main__":

@@ -56,6 +56,8 @@ class SmtpServer {
     std::vector<std::string> commands() const;
     // Waits until a command that begins so has come.
     bool waitForCommand(const std::string& beginning) const;
+    // Ends the silence that the script wants.
+    void resume() { resumed_ = true; }
     // Every byte that came in clear.
     std::string clearBytes() const;
     // The last message, dots unstuffed, lines ended with CR LF.
@@ -66,12 +68,14 @@ class SmtpServer {
     class Conversation;
 
     void serve();
+    static bool hasInput(SocketHandle socket);
     bool waitForInput(SocketHandle socket) const;
 
     SmtpScript script_;
     SocketHandle listener_;
     int port_ = 0;
     std::atomic<bool> stopping_{false};
+    std::atomic<bool> resumed_{false};
     mutable std::mutex mutex_;  // guards everything down to connections_
     mutable std::condition_variable changed_;
     std::vector<std::string> commands_;

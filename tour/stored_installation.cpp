@@ -50,7 +50,11 @@ std::string StoredInstallation::findKey(const std::string& branch, const std::st
 
 std::string StoredInstallation::value(const std::string& branch, const std::string& key,
                                       const std::string& field) const {
-    const auto found = values_.find(kRoot + branch + "\\" + key + "\\" + field);
+    return setting(branch + "\\" + key + "\\" + field);
+}
+
+std::string StoredInstallation::setting(const std::string& name) const {
+    const auto found = values_.find(kRoot + name);
     return found != values_.end() ? found->second : std::string();
 }
 

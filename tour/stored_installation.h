@@ -15,6 +15,8 @@ class StoredInstallation {
     std::string findKey(const std::string& branch, const std::string& field, const std::string& value) const;
     // A field of a record, as text; empty when it is not stored.
     std::string value(const std::string& branch, const std::string& key, const std::string& field) const;
+    // A value directly below \ORVS\, as text; empty when it is not stored.
+    std::string setting(const std::string& name) const;
     // A payload file's bytes; empty when there is none.
     std::string file(const std::string& guid) const;
 

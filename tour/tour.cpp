@@ -17,6 +17,7 @@
 #include "tour/console_driver.h"
 #include "tour/console_texts.h"
 #include "tour/event_entry.h"
+#include "tour/mail_step.h"
 #include "tour/stored_installation.h"
 
 namespace orvc::driver {
@@ -46,6 +47,9 @@ class Tour {
         createSchedule();
         createEvents();
         modifyEvent();
+        tryEmail(console_, installation_,
+                 {[this](const std::string& text) { step(text); },
+                  [this](HWND window, const std::string& name) { takePicture(window, name); }});
         deleteEvent("Barrier lifts");
         logOff();
         logOn();

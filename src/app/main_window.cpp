@@ -474,7 +474,7 @@ LogonOutcome MainWindow::runLogonDialog(const LogonEntry& entry) {
     CKSLogonDlg dialog(parts_.resources, parts_.link, parts_.log, entry);
     // After a server stop an editor or a message box may be open: the logon comes before it.
     const HWND owner = topmostModal();
-    LogonOutcome outcome = dialog.run(GetLastActivePopup(owner));
+    LogonOutcome outcome = dialog.run(topmostToAnswer());
     if (owner == window()) SetFocus(control(IDC_EVENT_LIST));
     return outcome;
 }

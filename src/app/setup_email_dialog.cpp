@@ -12,6 +12,8 @@ namespace {
 
 constexpr std::array<unsigned, 4> kEdits{IDC_EMAIL_FROM, IDC_EMAIL_TO, IDC_EMAIL_SUBJECT, IDC_EMAIL_MESSAGE};
 constexpr UINT kSendingEnded = WM_APP;
+constexpr std::uintptr_t kFinishTimer = 1;
+constexpr UINT kFinishPause = 100;  // milliseconds
 
 }  // namespace
 
@@ -107,7 +109,19 @@ std::optional<LRESULT> CSetupEmailDlg::onMessage(UINT message, WPARAM, LPARAM) {
     return 0;
 }
 
+bool CSetupEmailDlg::onTimer(std::uintptr_t timer) {
+    if (timer != kFinishTimer) return false;
+    KillTimer(window(), kFinishTimer);
+    if (task_ != nullptr) finishSending();
+    return true;
+}
+
 void CSetupEmailDlg::finishSending() {
+    // After a server stop the logon comes first: closing this dialog would cancel it.
+    if (topmostModal() != window()) {
+        SetTimer(window(), kFinishTimer, kFinishPause, nullptr);
+        return;
+    }
     const MailTask::Outcome outcome = task_->outcome();
     task_.reset();
     pleaseWait_.destroy();

@@ -34,6 +34,7 @@ class CSetupEmailDlg final : public win32::Dialog {
   private:
     bool onInit() override;
     bool onCommand(unsigned id, unsigned notification) override;
+    bool onTimer(std::uintptr_t timer) override;
     std::optional<LRESULT> onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     bool onPreview(MSG& message) override;
     void onDestroy() override;

@@ -36,20 +36,6 @@ bool continuesCharacter(char c) {
     return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
 }
 
-std::string encodeBase64(std::string_view bytes) {
-    constexpr std::string_view letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    std::string text;
-    for (std::size_t at = 0; at < bytes.size(); at += 3) {
-        const std::string_view part = bytes.substr(at, 3);
-        std::uint32_t bits = 0;
-        for (std::size_t i = 0; i < 3; ++i)
-            bits = bits << 8 | (i < part.size() ? static_cast<unsigned char>(part[i]) : 0u);
-        for (std::size_t i = 0; i < 4; ++i)
-            text += i <= part.size() ? letters[bits >> (18 - 6 * i) & 63] : '=';
-    }
-    return text;
-}
-
 // One word a line; a character is never split between two.
 std::string encodeWords(std::string_view text) {
     std::string words;
@@ -168,6 +154,20 @@ std::string encodeQuotedPrintable(std::string_view lines) {
 }
 
 }  // namespace
+
+std::string encodeBase64(std::string_view bytes) {
+    constexpr std::string_view letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string text;
+    for (std::size_t at = 0; at < bytes.size(); at += 3) {
+        const std::string_view part = bytes.substr(at, 3);
+        std::uint32_t bits = 0;
+        for (std::size_t i = 0; i < 3; ++i)
+            bits = bits << 8 | (i < part.size() ? static_cast<unsigned char>(part[i]) : 0u);
+        for (std::size_t i = 0; i < 4; ++i)
+            text += i <= part.size() ? letters[bits >> (18 - 6 * i) & 63] : '=';
+    }
+    return text;
+}
 
 std::string_view trimBlanks(std::string_view text) {
     constexpr std::string_view blanks = " \t";

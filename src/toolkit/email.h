@@ -32,6 +32,8 @@ std::vector<std::string> splitRecipients(std::string_view text);
 // `text` without blanks and tabs at its ends.
 std::string_view trimBlanks(std::string_view text);
 
+std::string encodeBase64(std::string_view bytes);
+
 enum class EmailFault { kSubject, kSender, kRecipient };
 
 // Why an e-mail must not be sent; nothing when it may. A control character in the subject, the sender or a recipient

@@ -114,7 +114,10 @@ const char* nameOf(MailStage stage) {
 class MailRun {
   public:
     MailRun(Mailer& mailer, const Email& email, TimePoint start)
-        : mailer_(mailer), email_(email), deadline_(start + mailer.timeLimit_) {}
+        : mailer_(mailer),
+          email_(email),
+          deadline_(start + mailer.timeLimit_),
+          secrets_{mailer.password_, encodeBase64(mailer.password_)} {}
 
     // Returns whether the e-mail was taken.
     bool perform();
@@ -143,10 +146,10 @@ class MailRun {
     std::string message_;
     std::size_t sent_ = 0;
     MailStage stage_ = MailStage::kConnect;
-    bool hasTls_ = false;
+    bool hasTls_ = mailer_.port_ == Mailer::kTlsPort;  // before the handshake nothing is said
     bool isLeaving_ = false;
     std::string answer_;                // the last line that the server said in this stage
-    std::vector<std::string> secrets_;  // what the logon has sent
+    std::vector<std::string> secrets_;  // also what the logon has sent
     std::array<char, CURL_ERROR_SIZE> error_{};
 };
 
@@ -257,7 +260,6 @@ void MailRun::reportFailure(CURLcode code) {
 // Without control characters, secrets and anything beyond a fair length.
 std::string MailRun::makeReportable(std::string_view text) const {
     std::string clean(text.substr(0, text.find_last_not_of("\r\n") + 1));
-    hide(clean, mailer_.password_);
     for (const std::string& secret : secrets_)
         hide(clean, secret);
     if (clean.size() > kLongestAnswer) clean.resize(kLongestAnswer);
@@ -288,6 +290,8 @@ void MailRun::onCommand(std::string_view line) {
         if (!hasTls_ && !mailer_.password_.empty())
             mailer_.report_("Email: the server offers no TLS, the password goes in clear");
     } else if (is("MAIL FROM")) {
+        if (stage_ != MailStage::kLogon && !mailer_.userName_.empty())
+            mailer_.report_("Email: the server takes no logon, it goes without");
         enter(MailStage::kSender);
     } else if (is("RCPT TO")) {
         enter(MailStage::kRecipient);

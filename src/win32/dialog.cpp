@@ -16,6 +16,8 @@ bool isAnsweredDirectly(UINT message) {
            message == WM_COMPAREITEM || message == WM_VKEYTOITEM || message == WM_CHARTOITEM;
 }
 
+constexpr const char* kModeless = "OrvcModeless";  // a property of windows
+
 // The dialogs in runModal(), innermost last. User-interface thread.
 std::vector<Dialog*>& runningDialogs() {
     static std::vector<Dialog*> dialogs;
@@ -65,6 +67,7 @@ int Dialog::runModal(HWND owner) {
 
 bool Dialog::createModeless(HWND owner) {
     if (!create(owner)) return false;
+    SetPropA(window_, kModeless, window_);
     ShowWindow(window_, SW_SHOW);
     return true;
 }
@@ -95,6 +98,12 @@ void Dialog::cancelDialogsAbove() {
 
 HWND Dialog::topmostModal() {
     return runningDialogs().empty() ? nullptr : runningDialogs().back()->window();
+}
+
+HWND Dialog::topmostToAnswer() {
+    const HWND modal = topmostModal();
+    const HWND popup = GetLastActivePopup(modal);
+    return GetPropA(popup, kModeless) != nullptr ? modal : popup;
 }
 
 INT_PTR CALLBACK Dialog::dialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -132,6 +141,7 @@ INT_PTR Dialog::handle(UINT message, WPARAM wParam, LPARAM lParam) {
             return TRUE;
         case WM_NCDESTROY:
             onDestroy();
+            RemovePropA(window_, kModeless);
             SetWindowLongPtrA(window_, DWLP_USER, 0);
             window_ = nullptr;
             return FALSE;

@@ -31,6 +31,9 @@ class Dialog {
 
     // The window of the dialog whose runModal() started last; null when none runs.
     static HWND topmostModal();
+    // That window, or a message box above it. Never a modeless dialog, which would take what it owns along when it
+    // goes.
+    static HWND topmostToAnswer();
 
   protected:
     // `resources` outlives the dialog.

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "smtp_server.h"
+#include "mail_server/smtp_server.h"
 
 namespace orvc {
 

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "support/smtp_server.h"
+#include "mail_server/smtp_server.h"
 #include "windows/console_fixture.h"
 
 namespace orvc::test {
@@ -15,9 +15,9 @@ using driver::ConsoleDriver;
 
 class PreferencesTest : public ConsoleTest {
   protected:
-    void openPreferences() {
+    void openPreferences(const std::string& options = {}) {
         setInteger("recordEvents", 1);
-        startConsole();
+        startConsole(options);
         ASSERT_TRUE(console_.logOn(kBuildingEvents));
         ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return traceHas("KSSysVarSubscribe"); }));
         reopenPreferences();
@@ -237,6 +237,27 @@ TEST_F(PreferencesTest, TheWindowsLiveWhileAnEmailIsSentAndCancelGivesUp) {
     EXPECT_TRUE(console_.waitUntilGone(wait, 1000));
     EXPECT_EQ(console_.findMessageBox(), nullptr);
     EXPECT_TRUE(logHasPart("cancelled"));
+    close(IDCANCEL);
+    exitConsole();
+}
+
+// The send ends while the logon is open: neither takes the other along.
+TEST_F(PreferencesTest, AServerStopWhileAnEmailIsSentAsksForTheLogonFirst) {
+    SmtpServer server({.hangAt = "MAIL"});
+    openPreferences("stop-once=5");
+    openTest(server.port(), "a@site.example");
+    ConsoleDriver::click(test_, IDOK);
+    ASSERT_TRUE(server.waitForCommand("MAIL"));
+    const HWND logon = console_.logonDialog();
+    ASSERT_NE(logon, nullptr);
+    server.resume();
+    EXPECT_TRUE(logHasPart("Email sent"));
+    Sleep(500);
+    EXPECT_TRUE(IsWindowVisible(logon));
+    EXPECT_EQ(console_.findMessageBox(), nullptr);
+    console_.enterLogon("admin", "admin");
+    expectMessage("Successfully concluded email test", "Email Success");
+    ASSERT_TRUE(console_.waitUntilGone(test_));
     close(IDCANCEL);
     exitConsole();
 }

@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "smtp_server.h"
+#include "mail_server/smtp_server.h"
 #include "tls_server.h"
 #include "toolkit/mail_task.h"
 
@@ -19,6 +19,7 @@ using testing::StartsWith;
 
 constexpr const char* kPassword = "pa55-word";
 constexpr const char* kEncodedLogon = "AG9wZXJhdG9yAHBhNTUtd29yZA==";  // PLAIN, of operator and the password
+constexpr const char* kEncodedPassword = "cGE1NS13b3Jk";
 
 Email makeEmail() {
     Email email;
@@ -40,6 +41,7 @@ class MailerTest : public testing::Test {
     ~MailerTest() override {
         EXPECT_THAT(report_, Not(HasSubstr(kPassword)));
         EXPECT_THAT(report_, Not(HasSubstr(kEncodedLogon)));
+        EXPECT_THAT(report_, Not(HasSubstr(kEncodedPassword)));
     }
     bool sendTo(const SmtpServer& server) {
         mailer_.setPort(server.port());
@@ -105,6 +107,10 @@ TEST_F(MailerTest, WithoutTlsTheLogSaysThatThePasswordGoesInClear) {
     EXPECT_EQ(server.connections(), 1);
     EXPECT_THAT(server.clearBytes(), HasSubstr("AUTH LOGIN\r\n"));
     EXPECT_THAT(report_, HasSubstr("the server offers no TLS, the password goes in clear"));
+    report_.clear();
+    SmtpServer open({});
+    EXPECT_TRUE(sendTo(open));
+    EXPECT_THAT(report_, HasSubstr("the server takes no logon"));
 }
 
 // A server that offers TLS gets nothing in clear but the greeting and the wish for TLS, whatever it does then.
@@ -114,44 +120,54 @@ TEST_F(MailerTest, AfterTlsWasOfferedNothingGoesInClear) {
     const TlsIdentity foreign("elsewhere.example");
     const std::vector<std::string> features{"STARTTLS", "AUTH PLAIN"};
     struct Case {
-        const char* what;
+        const char* reported;
         SmtpScript script;
         const TlsIdentity& trusted;
     };
     const Case cases[] = {
-        {"refused", {.features = features, .answers = {{"STARTTLS", "454 not now"}}}, own},
-        {"refused for good", {.features = features, .answers = {{"STARTTLS", "502 no"}}}, own},
-        {"no handshake", {.features = features}, own},
-        {"untrusted", {.features = features, .startTls = other.startTls()}, own},
-        {"another name", {.features = features, .startTls = foreign.startTls()}, foreign},
-        {"hung up", {.features = features, .dropAt = "STARTTLS"}, own},
-        {"answers ahead",
-         {.features = features, .bytesAfterStartTls = "250 fine\r\n235 welcome\r\n", .startTls = own.startTls()},
+        {"the server said '454 not now'", {.features = features, .answers = {{"STARTTLS", "454 not now"}}}, own},
+        {"the server said '502 no'", {.features = features, .answers = {{"STARTTLS", "502 no"}}}, own},
+        {"handshake failure", {.features = features}, own},
+        {"certificate", {.features = features, .startTls = other.startTls()}, own},
+        {"subject name", {.features = features, .startTls = foreign.startTls()}, foreign},
+        {"stage TLS", {.features = features, .dropAt = "STARTTLS"}, own},
+        // Answers ahead of TLS, which must not be taken for answers within.
+        {"Weird server reply",
+         {.features = features,
+          .bytesAfterStartTls = "250-x\r\n250 AUTH PLAIN\r\n235 welcome\r\n250 fine\r\n",
+          .startTls = own.startTls()},
          own},
+        {"Weird server reply", {.features = features, .bytesAfterStartTls = "2", .startTls = own.startTls()}, own},
     };
     useLogon();
     for (const Case& test : cases) {
+        SCOPED_TRACE(test.reported);
         report_.clear();
         SmtpServer server(test.script);
         trust(test.trusted);
-        EXPECT_FALSE(sendTo(server)) << test.what;
-        EXPECT_FALSE(mailer_.close()) << test.what;
-        EXPECT_EQ(mailer_.failedStage(), MailStage::kTls) << test.what << ": " << report_;
-        EXPECT_EQ(server.connections(), 1) << test.what;
+        EXPECT_FALSE(sendTo(server));
+        EXPECT_FALSE(mailer_.close());
+        EXPECT_EQ(mailer_.failedStage(), MailStage::kTls);
+        EXPECT_THAT(report_, HasSubstr(test.reported));
+        EXPECT_EQ(server.connections(), 1);
         for (const char* verb : {"AUTH", "MAIL", "RCPT", "DATA", kEncodedLogon})
-            EXPECT_THAT(server.clearBytes(), Not(HasSubstr(verb))) << test.what;
+            EXPECT_THAT(server.clearBytes(), Not(HasSubstr(verb)));
         for (const std::string& command : server.commands())
-            EXPECT_FALSE(isFrom(command, "AUTH") || isFrom(command, "MAIL")) << test.what << ": " << command;
+            EXPECT_FALSE(isFrom(command, "AUTH") || isFrom(command, "MAIL")) << command;
     }
 }
 
 TEST_F(MailerTest, Port465SpeaksTlsFromTheFirstByte) {
     const TlsIdentity identity("localhost");
-    SmtpServer server({.port = Mailer::kTlsPort, .startTls = identity.startTls(), .tlsFirst = true});
+    SmtpServer server(
+        {.port = Mailer::kTlsPort, .features = {"AUTH PLAIN"}, .startTls = identity.startTls(), .tlsFirst = true});
     ASSERT_TRUE(server.isListening()) << "port 465 of 127.0.0.1 is taken, or needs more rights";
     trust(identity);
+    useLogon();
     EXPECT_TRUE(sendTo(server)) << report_;
     EXPECT_THAT(commandsOf(server), testing::Contains("TLS QUIT"));
+    EXPECT_THAT(report_, HasSubstr("Email sent with TLS"));
+    EXPECT_THAT(report_, Not(HasSubstr("in clear")));
     mailer_.setTrustedCertificates("");
     EXPECT_FALSE(sendTo(server));
     EXPECT_EQ(mailer_.failedStage(), MailStage::kTls);
@@ -170,15 +186,15 @@ TEST_F(MailerTest, AFailureIsReportedWithItsStageAndTheServersAnswer) {
          MailStage::kLogon,
          "stage logon: Login denied; the server said '535 no such user'"},
         // A server that repeats what it was told.
-        {{.features = logon, .answers = {{"verdict", std::string("535 ") + kEncodedLogon + " " + kPassword}}},
+        {{.features = logon,
+          .answers = {{"verdict", std::string("535 ") + kEncodedLogon + " " + kPassword + kEncodedPassword}}},
          MailStage::kLogon,
-         "'535 *** ***'"},
+         "'535 *** ******'"},
         {{.answers = {{"MAIL", "550 not you"}}}, MailStage::kSender, "'550 not you'"},
         {{.answers = {{"RCPT", "550 no\x1B such mailbox"}}}, MailStage::kRecipient, "'550 no? such mailbox'"},
         {{.answers = {{"DATA", "451 later"}}}, MailStage::kData, "'451 later'"},
         {{.answers = {{".", "552 too large"}}}, MailStage::kData, "'552 too large'"},
-        {{.dropAt = "MAIL"}, MailStage::kSender, "stage sender"},
-        {{.dropAt = "message"}, MailStage::kData, "stage data"},
+        {{.dropAt = "message"}, MailStage::kData, "stage data: "},
     };
     useLogon();
     for (const Case& test : cases) {
@@ -222,15 +238,28 @@ TEST_F(MailerTest, AConnectionThatIsNotClosedCleanlyIsTold) {
     }
 }
 
-TEST_F(MailerTest, ASilentServerEndsTheSendAtTheTimeLimit) {
-    for (const char* command : {"greeting", "EHLO", "."}) {
-        report_.clear();
-        SmtpServer server({.hangAt = command});
-        mailer_.setTimeLimit(300ms);
-        const auto start = std::chrono::steady_clock::now();
-        EXPECT_FALSE(sendTo(server)) << command;
-        EXPECT_LT(std::chrono::steady_clock::now() - start, 2s) << command;
-        EXPECT_THAT(report_, HasSubstr("time limit reached")) << command;
+TEST_F(MailerTest, AServerThatFallsSilentOrHangsUpEndsTheSendAtItsStage) {
+    const std::pair<const char*, MailStage> cases[] = {{"greeting", MailStage::kConnect},
+                                                       {"EHLO", MailStage::kConnect},
+                                                       {"AUTH", MailStage::kLogon},
+                                                       {"MAIL", MailStage::kSender},
+                                                       {"RCPT", MailStage::kRecipient},
+                                                       {"DATA", MailStage::kData},
+                                                       {".", MailStage::kData}};
+    useLogon();
+    mailer_.setTimeLimit(300ms);
+    for (const auto& [command, stage] : cases) {
+        for (const bool silent : {true, false}) {
+            report_.clear();
+            SmtpScript script{.features = {"AUTH PLAIN"}};
+            (silent ? script.hangAt : script.dropAt) = command;
+            SmtpServer server(script);
+            const auto start = std::chrono::steady_clock::now();
+            EXPECT_FALSE(sendTo(server)) << command;
+            EXPECT_LT(std::chrono::steady_clock::now() - start, 2s) << command;
+            EXPECT_EQ(mailer_.failedStage(), stage) << command;
+            EXPECT_EQ(report_.find("time limit reached") != std::string::npos, silent) << command << report_;
+        }
     }
 }
 

@@ -1,4 +1,4 @@
-// A mail server on loopback that speaks SMTP as a test tells it to, good or bad.
+// A mail server on loopback that speaks SMTP as it is told to, well or badly, and keeps what it hears.
 #pragma once
 
 #include <atomic>
@@ -33,14 +33,14 @@ struct SmtpScript {
     std::vector<std::string> features{};  // what EHLO lists
     std::map<std::string, std::string>
         answers{};                     // by command ("MAIL", "RCPT" …, "." ends the message), instead of 2xx
-    std::string hangAt{};              // from this command on the server is silent
-    std::string dropAt{};              // at this command, or in the message ("message"), it hangs up
+    std::string hangAt{};              // from this command, or the "greeting", on the server is silent
+    std::string dropAt{};              // at this command, the "greeting", or in the "message", it hangs up
     std::string bytesAfterStartTls{};  // said in clear behind the answer to STARTTLS
     StartTls startTls{};               // absent: the handshake is refused
     bool tlsFirst = false;             // TLS from the first byte
 };
 
-// Thread: made and asked on the test's thread; serves connections, one after the other, on its own.
+// Thread: made and asked on any one thread; serves connections, one after the other, on its own.
 class SmtpServer {
   public:
     explicit SmtpServer(SmtpScript script);
@@ -56,6 +56,8 @@ class SmtpServer {
     std::vector<std::string> commands() const;
     // Waits until a command that begins so has come.
     bool waitForCommand(const std::string& beginning) const;
+    // Ends the silence that the script wants.
+    void resume() { resumed_ = true; }
     // Every byte that came in clear.
     std::string clearBytes() const;
     // The last message, dots unstuffed, lines ended with CR LF.
@@ -66,12 +68,14 @@ class SmtpServer {
     class Conversation;
 
     void serve();
+    static bool hasInput(SocketHandle socket);
     bool waitForInput(SocketHandle socket) const;
 
     SmtpScript script_;
     SocketHandle listener_;
     int port_ = 0;
     std::atomic<bool> stopping_{false};
+    std::atomic<bool> resumed_{false};
     mutable std::mutex mutex_;  // guards everything down to connections_
     mutable std::condition_variable changed_;
     std::vector<std::string> commands_;

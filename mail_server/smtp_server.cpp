@@ -1,4 +1,4 @@
-#include "smtp_server.h"
+#include "mail_server/smtp_server.h"
 
 #ifdef _WIN32
 #include <winsock2.h>
@@ -70,7 +70,8 @@ class SmtpServer::Conversation {
 
     void run() {
         if (script_.tlsFirst && !startTls()) return;
-        if (script_.hangAt == "greeting") return hang();
+        if (script_.dropAt == "greeting") return;
+        if (script_.hangAt == "greeting" && !hang()) return;
         say(script_.greeting);
         while (const auto line = readLine())
             if (!obey(*line)) return;
@@ -81,10 +82,7 @@ class SmtpServer::Conversation {
         note(line);
         const std::string verb = line.substr(0, line.find(' '));
         if (verb == script_.dropAt) return false;
-        if (verb == script_.hangAt) {
-            hang();
-            return false;
-        }
+        if (verb == script_.hangAt && !hang()) return false;
         if (const auto answer = script_.answers.find(verb); answer != script_.answers.end()) {
             say(answer->second);
             return verb != "QUIT";
@@ -187,10 +185,12 @@ class SmtpServer::Conversation {
         server_.changed_.notify_all();
     }
 
-    void hang() {
+    // False when there is nothing to go on with.
+    bool hang() {
         char bytes[4096];
-        while (server_.waitForInput(socket_) && channel_->read(bytes, sizeof bytes) > 0)
-            ;
+        while (!server_.resumed_ && !server_.stopping_)
+            if (server_.hasInput(socket_) && channel_->read(bytes, sizeof bytes) <= 0) return false;
+        return server_.resumed_;
     }
 
     SmtpServer& server_;
@@ -223,15 +223,19 @@ SmtpServer::~SmtpServer() {
     closeSocket(listener_);
 }
 
+// Waits for a moment.
+bool SmtpServer::hasInput(SocketHandle socket) {
+    fd_set readable;
+    FD_ZERO(&readable);
+    FD_SET(static_cast<Socket>(socket), &readable);
+    timeval pause{0, 20'000};
+    return select(static_cast<int>(socket) + 1, &readable, nullptr, nullptr, &pause) > 0;
+}
+
 // False when the server is to stop.
 bool SmtpServer::waitForInput(SocketHandle socket) const {
-    while (!stopping_) {
-        fd_set readable;
-        FD_ZERO(&readable);
-        FD_SET(static_cast<Socket>(socket), &readable);
-        timeval pause{0, 20'000};
-        if (select(static_cast<int>(socket) + 1, &readable, nullptr, nullptr, &pause) > 0) return true;
-    }
+    while (!stopping_)
+        if (hasInput(socket)) return true;
     return false;
 }
 

@@ -36,6 +36,7 @@ class CSetupEmailDlg final : public win32::Dialog {
     bool onCommand(unsigned id, unsigned notification) override;
     std::optional<LRESULT> onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     bool onPreview(MSG& message) override;
+    unsigned helpTopic() const override;
     void onDestroy() override;
 
     EventEmail readEmail() const;

@@ -83,8 +83,8 @@ class Dialog {
     std::optional<int> result_;
 };
 
-// Opens help on a topic: what Dialog::helpTopic() said where F1 was pressed, kMessageBoxTopic in a box of showMessage() or
-// askYesNo(). Called from the message loop, never while a menu is open.
+// Opens help on a topic: what Dialog::helpTopic() said where F1 was pressed, kMessageBoxTopic in a box of showMessage()
+// or askYesNo(). Called from the message loop, never while a menu is open.
 using HelpHandler = std::function<void(unsigned topic)>;
 inline constexpr unsigned kMessageBoxTopic = 0;
 void setHelpHandler(HelpHandler handler);

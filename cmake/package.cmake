@@ -3,7 +3,10 @@
 set(orvc_console_files
   ORVSConfig.exe
   ORVSConfig0007.dll
-  ORVSConfig000c.dll)
+  ORVSConfig000c.dll
+  HelpFile.chm
+  HelpFile0007.chm
+  HelpFile000c.chm)
 set(orvc_demo_files
   KSPassThru.dll
   DemoServer.txt)

@@ -203,6 +203,7 @@
 #define IDS_CALL_QUEUE_ERROR 232
 #define IDS_CALL_QUEUE_ERROR_CAPTION 233
 #define IDS_WAIT_UPDATING 234
+#define IDS_HELP_NOT_OPENED 235
 
 // Texts of the Event editor
 #define IDS_MODIFY_EVENT 300

@@ -40,10 +40,12 @@ MainWindow::MainWindow(const ConsoleParts& parts)
       poster_(timer::kHandOver, timer::kHandOverPeriod),
       session_(*this, parts.link, poster_, parts.log, parts.clock, parts.settings.values(), win32::makeSortKey),
       list_(session_.events().rows(), parts.resources, parts.clock),
+      help_(parts.resources, parts.log),
       pleaseWait_(parts.resources, IDS_WAIT_UPDATING) {}
 
 MainWindow::~MainWindow() {
     win32::setIdleWork(nullptr);
+    win32::setHelpHandler(nullptr);
     EventCallback::makeCurrent(nullptr);
 }
 
@@ -69,7 +71,11 @@ bool MainWindow::onInit() {
     parts_.log.OpenCloseDebugFile(false, true);
     parts_.log.log("Orvane Events Console Version %s started", programVersion().c_str());
     openLink();
-    chooseHelp();
+    help_.choose(parts_.files, parts_.settings.installFolder());
+    // The language was chosen before the tracking file was open.
+    for (const std::string& line : parts_.resources.refusedLanguages())
+        parts_.log.log("%s", line.c_str());
+    win32::setHelpHandler([this](unsigned topic) { help_.open(GetLastActivePopup(topmostModal()), topic); });
     list_.attach(control(IDC_EVENT_LIST));
     installKeyboardHook();
     parts_.log.toggleRecordEvents();
@@ -119,18 +125,6 @@ void MainWindow::openLink() {
     parts_.log.log("Opened KSPassThruDll with %d flags", static_cast<int>(parts_.link.flags()));
     parts_.link.enableDebug();
     libraryVersionText_ = win32::passThruVersionText();
-}
-
-void MainWindow::chooseHelp() {
-    const HelpFile help = chooseHelpFile(parts_.files, parts_.settings.installFolder(), currentLanguages());
-    helpPath_ = help.path;
-    if (help.language)
-        parts_.log.log("Loaded language for 0x%04x", *help.language);
-    else
-        parts_.log.log("Loaded Help from '%s'", helpPath_.c_str());
-    // The language was chosen before the tracking file was open.
-    for (const std::string& line : parts_.resources.refusedLanguages())
-        parts_.log.log("%s", line.c_str());
 }
 
 void MainWindow::installKeyboardHook() {
@@ -195,7 +189,7 @@ bool MainWindow::onCommand(unsigned id, unsigned) {
             deleteSelectedEvent();
             return true;
         case IDM_HELP:
-            openHelp();
+            help_.openFirstPage(window());
             return true;
         case IDM_ABOUT:
             showAbout();
@@ -363,11 +357,6 @@ void MainWindow::clearFile() {
 
 void MainWindow::openSupportFolder() {
     ShellExecuteA(window(), "open", parts_.log.supportFolder().c_str(), nullptr, nullptr, SW_SHOWNORMAL);
-}
-
-void MainWindow::openHelp() {
-    parts_.log.log("Help File is named '%s'", helpPath_.c_str());
-    ShellExecuteA(window(), "open", helpPath_.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
 }
 
 void MainWindow::showAbout() {

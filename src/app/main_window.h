@@ -5,6 +5,7 @@
 #include <string>
 
 #include "app/event_list_view.h"
+#include "app/help.h"
 #include "app/local_settings.h"
 #include "app/please_wait_dialog.h"
 #include "app/session.h"
@@ -65,7 +66,6 @@ class MainWindow final : public win32::Dialog, private SessionHost {
     void extendSystemMenu();
     void setIcons();
     void openLink();
-    void chooseHelp();
     void installKeyboardHook();
     void restoreSize();
     void rememberSize();
@@ -75,7 +75,6 @@ class MainWindow final : public win32::Dialog, private SessionHost {
     void recordEvents();
     void clearFile();
     void openSupportFolder();
-    void openHelp();
     void showAbout();
     void createEvent();
     void modifySelectedEvent();
@@ -101,6 +100,7 @@ class MainWindow final : public win32::Dialog, private SessionHost {
     win32::MainWindowPoster poster_;
     Session session_;
     EventListView list_;
+    Help help_;
     CPleaseWaitDlg pleaseWait_;
     win32::UniqueMenu menu_;
     win32::UniqueMenu trayMenu_;
@@ -111,7 +111,6 @@ class MainWindow final : public win32::Dialog, private SessionHost {
     HACCEL accelerators_ = nullptr;
     LibraryVersion libraryVersion_;
     std::string libraryVersionText_;
-    std::string helpPath_;
     bool scratchWarningShown_ = false;
     std::uint32_t lastRefresh_ = 0;   // tick count
     std::uint32_t refreshPause_ = 0;  // milliseconds until the next one while events pour in

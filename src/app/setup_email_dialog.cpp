@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "app/help_chapters.h"
 #include "editors/preferences/trial_email.h"
 #include "resources/resource.h"
 #include "win32/code_page.h"
@@ -99,6 +100,10 @@ bool CSetupEmailDlg::onPreview(MSG& message) {
     if (task_ == nullptr || message.message != WM_KEYDOWN || message.wParam != VK_ESCAPE) return false;
     endDialog(IDCANCEL);
     return true;
+}
+
+unsigned CSetupEmailDlg::helpTopic() const {
+    return trial_ ? kEmailTestTopic : Dialog::helpTopic();
 }
 
 std::optional<LRESULT> CSetupEmailDlg::onMessage(UINT message, WPARAM, LPARAM) {

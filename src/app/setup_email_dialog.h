@@ -37,6 +37,7 @@ class CSetupEmailDlg final : public win32::Dialog {
     bool onTimer(std::uintptr_t timer) override;
     std::optional<LRESULT> onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     bool onPreview(MSG& message) override;
+    unsigned helpTopic() const override;
     void onDestroy() override;
 
     EventEmail readEmail() const;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <utility>
 #include <vector>
 
 #include "support/text.h"
@@ -22,6 +23,23 @@ constexpr const char* kModeless = "OrvcModeless";  // a property of windows
 std::vector<Dialog*>& runningDialogs() {
     static std::vector<Dialog*> dialogs;
     return dialogs;
+}
+
+HelpHandler& helpHandler() {
+    static HelpHandler handler;
+    return handler;
+}
+
+// Of a dialog to itself, with the topic. Apart from the numbers that dialogs give their own messages.
+constexpr UINT kHelpAskedFor = WM_APP + 0x100;
+
+int openMessageBoxes = 0;
+
+int runMessageBox(HWND owner, const std::string& text, const std::string& caption, UINT kind) {
+    ++openMessageBoxes;
+    const int answer = MessageBoxA(owner, text.c_str(), caption.c_str(), kind);
+    --openMessageBoxes;
+    return answer;
 }
 
 bool isOwnedBy(HWND window, HWND owner) {
@@ -139,6 +157,13 @@ INT_PTR Dialog::handle(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_CLOSE:
             onClose();
             return TRUE;
+        case WM_HELP:
+            askForHelp();
+            result = TRUE;
+            break;
+        case kHelpAskedFor:
+            if (helpHandler()) helpHandler()(static_cast<unsigned>(wParam));
+            return TRUE;
         case WM_NCDESTROY:
             onDestroy();
             RemovePropA(window_, kModeless);
@@ -153,6 +178,17 @@ INT_PTR Dialog::handle(UINT message, WPARAM wParam, LPARAM lParam) {
     if (isAnsweredDirectly(message)) return static_cast<INT_PTR>(*result);
     SetWindowLongPtrA(window_, DWLP_MSGRESULT, *result);
     return TRUE;
+}
+
+// F1: in this window, or in a box or menu of Windows' own above it. A menu is closed first, and help opens from the
+// message loop, so that whatever window opens then does so as it does at any other time.
+void Dialog::askForHelp() const {
+    GUITHREADINFO state{};
+    state.cbSize = sizeof state;
+    if (GetGUIThreadInfo(GetCurrentThreadId(), &state) && (state.flags & GUI_INMENUMODE) != 0) EndMenu();
+    const HWND active = GetActiveWindow();
+    const bool isInBox = openMessageBoxes > 0 && active != nullptr && active != GetAncestor(window_, GA_ROOT);
+    PostMessageA(window_, kHelpAskedFor, isInBox ? kMessageBoxTopic : helpTopic(), 0);
 }
 
 bool Dialog::onCommand(unsigned id, unsigned) {
@@ -214,12 +250,16 @@ int Dialog::dpi() const {
     return dpi;
 }
 
+void setHelpHandler(HelpHandler handler) {
+    helpHandler() = std::move(handler);
+}
+
 void showMessage(HWND owner, const std::string& text, const std::string& caption) {
-    MessageBoxA(owner, text.c_str(), caption.c_str(), MB_OK);
+    runMessageBox(owner, text, caption, MB_OK);
 }
 
 bool askYesNo(HWND owner, const std::string& text, const std::string& caption) {
-    return MessageBoxA(owner, text.c_str(), caption.c_str(), MB_YESNO | MB_ICONQUESTION) == IDYES;
+    return runMessageBox(owner, text, caption, MB_YESNO | MB_ICONQUESTION) == IDYES;
 }
 
 }  // namespace orvc::win32

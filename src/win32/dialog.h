@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -50,6 +51,8 @@ class Dialog {
     virtual void onClose();
     // Everything else, and what the others did not handle.
     virtual std::optional<LRESULT> onMessage(UINT message, WPARAM wParam, LPARAM lParam);
+    // What F1 asks about while this dialog has the keyboard.
+    virtual unsigned helpTopic() const { return templateId_; }
     // The window is going.
     virtual void onDestroy() {}
     // Sees a message of this dialog's loop before the dialog keys do.
@@ -73,6 +76,7 @@ class Dialog {
   private:
     bool create(HWND owner);
     void cancelDialogsAbove();
+    void askForHelp() const;
     INT_PTR handle(UINT message, WPARAM wParam, LPARAM lParam);
     static INT_PTR CALLBACK dialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
@@ -81,6 +85,12 @@ class Dialog {
     HWND window_ = nullptr;
     std::optional<int> result_;
 };
+
+// Opens help on a topic: what Dialog::helpTopic() said where F1 was pressed, kMessageBoxTopic in a box of showMessage()
+// or askYesNo(). Called from the message loop, never while a menu is open.
+using HelpHandler = std::function<void(unsigned topic)>;
+inline constexpr unsigned kMessageBoxTopic = 0;
+void setHelpHandler(HelpHandler handler);
 
 // A modal box with an OK button.
 void showMessage(HWND owner, const std::string& text, const std::string& caption);

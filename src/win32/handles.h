@@ -46,6 +46,14 @@ struct ModulePolicy {
 };
 using UniqueModule = UniqueHandle<ModulePolicy>;
 
+// A process, a thread or another object of the kernel.
+struct KernelObjectPolicy {
+    using Handle = HANDLE;
+    static Handle none() { return nullptr; }
+    static void free(Handle handle) { CloseHandle(handle); }
+};
+using UniqueKernelObject = UniqueHandle<KernelObjectPolicy>;
+
 struct RegistryKeyPolicy {
     using Handle = HKEY;
     static Handle none() { return nullptr; }

@@ -1,0 +1,188 @@
+#include <windows.h>
+
+#include <tlhelp32.h>
+
+#include <algorithm>
+
+#include "windows/console_fixture.h"
+
+namespace orvc::test {
+namespace {
+
+using driver::ConsoleDriver;
+
+class HelpTest : public ConsoleTest {
+  protected:
+    static constexpr const char* kOpening = "openHelp: Chapter '";
+
+    // Starts a console of its own folder, beside the library and these files of the build.
+    void startIn(const std::string& folder, const std::vector<std::string>& files) {
+        setInteger("recordEvents", 1);
+        for (const std::string& file : files)
+            ASSERT_TRUE(CopyFileA((binFolder() + "\\" + file).c_str(), (folder + "\\" + file).c_str(), FALSE)) << file;
+        startConsole({}, folder);
+    }
+
+    // Presses a key while this window of the console is the active one.
+    static void press(HWND window, BYTE key) {
+        ASSERT_TRUE(ConsoleDriver::waitUntil([&] {
+            if (GetForegroundWindow() != window) SetForegroundWindow(window);
+            return GetForegroundWindow() == window;
+        }));
+        keybd_event(key, 0, 0, 0);
+        keybd_event(key, 0, KEYEVENTF_KEYUP, 0);
+    }
+
+    static bool isInMenu(HWND window) {
+        GUITHREADINFO state{};
+        state.cbSize = sizeof state;
+        return GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &state) &&
+               (state.flags & GUI_INMENUMODE) != 0;
+    }
+
+    std::vector<std::string> openedChapters() const {
+        std::vector<std::string> chapters;
+        for (const std::string& line : logLines())
+            if (line.starts_with(kOpening)) chapters.push_back(line.substr(std::string_view(kOpening).size()));
+        return chapters;
+    }
+
+    // The console asked for this chapter next, and told once that there is no help file.
+    void expectChapter(const std::string& chapter, const std::string& helpFile) {
+        const HWND box = console_.waitForMessageBox();
+        ASSERT_NE(box, nullptr) << chapter;
+        const std::string text = ConsoleDriver::messageText(box);
+        EXPECT_TRUE(text.starts_with("The help could not be opened.") && text.ends_with(helpFile)) << text;
+        ConsoleDriver::click(box, IDOK);
+        ASSERT_TRUE(console_.waitUntilGone(box));
+        expected_.push_back(chapter + "'");
+        ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return openedChapters().size() >= expected_.size(); })) << chapter;
+        EXPECT_EQ(openedChapters(), expected_);
+    }
+
+    std::vector<std::string> expected_;
+};
+
+// Viewers that the console has started, ended with this object.
+class Viewers {
+  public:
+    explicit Viewers(HANDLE console) : console_(GetProcessId(console)) {}
+    ~Viewers() {
+        for (const DWORD id : find()) {
+            const HANDLE process = OpenProcess(PROCESS_TERMINATE, FALSE, id);
+            TerminateProcess(process, 0);
+            CloseHandle(process);
+        }
+    }
+    std::vector<DWORD> find() const {
+        std::vector<DWORD> ids;
+        const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
+        PROCESSENTRY32 entry{};
+        entry.dwSize = sizeof entry;
+        for (BOOL more = Process32First(snapshot, &entry); more; more = Process32Next(snapshot, &entry))
+            if (entry.th32ParentProcessID == console_ && lstrcmpiA(entry.szExeFile, "hh.exe") == 0)
+                ids.push_back(entry.th32ProcessID);
+        CloseHandle(snapshot);
+        return ids;
+    }
+
+  private:
+    DWORD console_;
+};
+
+TEST_F(HelpTest, F1AsksForTheChapterOfTheWindowAndSaysWhenThereIsNoHelp) {
+    const std::string folder = makeFolderWithConsole();
+    const std::string file = folder + "\\HelpFile.chm";
+    startIn(folder, {"KSPassThru.dll"});
+    const auto ask = [&](HWND window, const std::string& chapter) {
+        ASSERT_NE(window, nullptr) << chapter;
+        press(window, VK_F1);
+        expectChapter(chapter, file);
+    };
+    ask(console_.logonDialog(), "logon.htm");
+    // In the box that says so F1 puts no second one on top.
+    press(console_.logonDialog(), VK_F1);
+    const HWND box = console_.waitForMessageBox();
+    ASSERT_NE(box, nullptr);
+    press(box, VK_F1);
+    Sleep(300);
+    expectChapter("logon.htm", file);
+    EXPECT_EQ(console_.findMessageBox(), nullptr);
+    ASSERT_TRUE(console_.logOn(kBuildingEvents));
+    const HWND main = console_.mainWindow();
+    ask(main, "main-window.htm");
+    console_.choose(IDM_HELP);
+    expectChapter("", file);
+    // An open menu is closed first.
+    const auto menuIsOpen = [&] { return isInMenu(main); };
+    press(main, VK_F10);
+    ASSERT_TRUE(ConsoleDriver::waitUntil(menuIsOpen));
+    ask(main, "main-window.htm");
+    EXPECT_FALSE(menuIsOpen());
+    struct {
+        unsigned command;
+        unsigned control;
+        const char* chapter;
+    } const windows[] = {
+        {IDM_ABOUT, IDC_ABOUT_LIST, "about.htm"},
+        {IDM_SCHEDULES, IDC_SCHEDULE_LIST, "schedules.htm"},
+        {IDM_CREATE_EVENT, IDC_EVENT_TRIGGER, "event-editor.htm"},
+        {IDM_PREFERENCES, IDC_PREFERENCES_TABS, "preferences.htm"},
+    };
+    for (const auto& [command, control, chapter] : windows) {
+        console_.choose(command);
+        const HWND dialog = console_.waitForWindowWith(control);
+        ask(dialog, chapter);
+        if (command == IDM_CREATE_EVENT) {
+            ConsoleDriver::type(dialog, IDC_EVENT_NAME, "Any");
+            SetForegroundWindow(dialog);
+            PostMessageA(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(dialog, IDC_EVENT_TRIGGER)), TRUE);
+            PostMessageA(GetDlgItem(dialog, IDC_EVENT_TRIGGER), CB_SHOWDROPDOWN, TRUE, 0);
+            ask(dialog, "event-editor.htm");
+            EXPECT_EQ(ConsoleDriver::selectedEntry(dialog, IDC_EVENT_TRIGGER), "<Select Trigger>");
+        }
+        if (command == IDM_PREFERENCES) {
+            console_.clickTab(dialog, IDC_PREFERENCES_TABS, 1);
+            HWND page = GetWindow(dialog, GW_CHILD);
+            while (page != nullptr && GetDlgItem(page, IDC_PREFERENCES_TEST) == nullptr)
+                page = GetWindow(page, GW_HWNDNEXT);
+            ASSERT_NE(page, nullptr);
+            PostMessageA(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(page, IDC_PREFERENCES_HOST)), TRUE);
+            ask(dialog, "preferences-email.htm");
+            ConsoleDriver::click(page, IDC_PREFERENCES_TEST);
+            const HWND test = console_.waitForWindowWith(IDC_EMAIL_FROM);
+            ask(test, "email-test.htm");
+            ConsoleDriver::click(test, IDCANCEL);
+            ASSERT_TRUE(console_.waitUntilGone(test));
+        }
+        PostMessageA(dialog, WM_CLOSE, 0, 0);
+        ASSERT_TRUE(console_.waitUntilGone(dialog)) << chapter;
+    }
+    // A question stays open and unanswered.
+    console_.selectRow(0);
+    console_.choose(IDM_DELETE_EVENT);
+    const HWND question = console_.waitForMessageBox();
+    ASSERT_NE(question, nullptr);
+    press(question, VK_F1);
+    ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return console_.findMessageBox() != question; }));
+    expectChapter("messages.htm", file);
+    EXPECT_EQ(console_.findMessageBox(), question);
+}
+
+// With a blank and a letter beyond ASCII in its path.
+TEST_F(HelpTest, TheViewerRunsInAProcessOfItsOwn) {
+    const std::string folder = makeFolderWithConsole() + "\\of the h\xF4tel";
+    ASSERT_TRUE(CreateDirectoryA(folder.c_str(), nullptr));
+    startIn(folder, {"ORVSConfig.exe", "KSPassThru.dll", "HelpFile.chm"});
+    const HWND logon = console_.logonDialog();
+    ASSERT_NE(logon, nullptr);
+    const Viewers viewers(console_.process());
+    press(logon, VK_F1);
+    EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return viewers.find().size() == 1; }));
+    EXPECT_TRUE(logHas("Help File is named '" + folder + "\\HelpFile.chm'"));
+    EXPECT_EQ(console_.findMessageBox(), nullptr);
+    EXPECT_EQ(viewers.find().size(), 1u);
+}
+
+}  // namespace
+}  // namespace orvc::test

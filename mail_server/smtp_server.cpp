@@ -208,12 +208,17 @@ SmtpServer::SmtpServer(SmtpScript script) : script_(std::move(script)) {
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(static_cast<std::uint16_t>(script_.port));
-    auto* plain = reinterpret_cast<sockaddr*>(&address);
-    Length size = sizeof address;
-    if (bind(listener, plain, size) != 0 || listen(listener, 8) != 0 || getsockname(listener, plain, &size) != 0)
-        return;
-    port_ = ntohs(address.sin_port);
+    constexpr int first = 2525;
+    constexpr int last = 32'000;
+    const auto canBind = [&](int port) {
+        address.sin_port = htons(static_cast<std::uint16_t>(port));
+        return bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    };
+    int port = script_.port != 0 ? script_.port : first;
+    while (!canBind(port))
+        if (script_.port != 0 || port++ == last) return;
+    if (listen(listener, 8) != 0) return;
+    port_ = port;
     thread_ = std::thread([this] { serve(); });
 }
 

@@ -28,7 +28,7 @@ using SocketHandle = std::intptr_t;
 using StartTls = std::function<std::unique_ptr<Channel>(SocketHandle socket)>;
 
 struct SmtpScript {
-    int port = 0;  // 0 = any that is free
+    int port = 0;  // 0 = the first free one that the Email page takes without a word
     std::string greeting = "220 test server";
     std::vector<std::string> features{};  // what EHLO lists
     std::map<std::string, std::string>
@@ -48,7 +48,7 @@ class SmtpServer {
     SmtpServer(const SmtpServer&) = delete;
     SmtpServer& operator=(const SmtpServer&) = delete;
 
-    // False when the script's port is not to be had.
+    // False when no port is to be had.
     bool isListening() const { return port_ != 0; }
     int port() const { return port_; }
 

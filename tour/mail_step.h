@@ -34,6 +34,8 @@ class PreferencesDriver {
 
     HWND window() const { return dialog_; }
     HWND emailPage() const { return email_; }
+    // The page with that control.
+    HWND page(unsigned control) const;
     void showEmailPage();
     void enter(const MailSettings& settings);
     // Opens the dialog of the test, enters the texts, and leaves it open.

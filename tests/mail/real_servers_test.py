@@ -1,4 +1,4 @@
-#!/usr/bin/python3
+#!/usr/bin/python3 -B
 """real_servers_test.py CLASS COMMAND...: lets the command send e-mails to real mail servers and looks at what arrives.
 
 AiosmtpdTest and OpenSmtpdTest take mailer_cli, ConsoleTest takes console_mailer and how to run it.

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "mail_server/smtp_server.h"
+#include "tour/mail_step.h"
 #include "windows/console_fixture.h"
 
 namespace orvc::test {
@@ -23,17 +24,10 @@ class PreferencesTest : public ConsoleTest {
         reopenPreferences();
     }
     void reopenPreferences() {
-        console_.choose(IDM_PREFERENCES);
-        dialog_ = console_.waitForWindowWith(IDC_PREFERENCES_TABS);
-        ASSERT_NE(dialog_, nullptr);
-        general_ = page(IDC_PREFERENCES_TRAY);
-        email_ = page(IDC_PREFERENCES_USER);
-    }
-    HWND page(unsigned control) const {
-        HWND found = nullptr;
-        while ((found = FindWindowExA(dialog_, found, "#32770", nullptr)) != nullptr)
-            if (GetDlgItem(found, static_cast<int>(control)) != nullptr) return found;
-        return nullptr;
+        preferences_.emplace(console_);
+        dialog_ = preferences_->window();
+        email_ = preferences_->emailPage();
+        general_ = preferences_->page(IDC_PREFERENCES_TRAY);
     }
     void close(unsigned button) {
         ConsoleDriver::click(dialog_, button);
@@ -62,23 +56,11 @@ class PreferencesTest : public ConsoleTest {
 
     // Opens the test's dialog for a server and fills it in.
     void openTest(int port, const std::string& to) {
-        showTab(1);
-        ConsoleDriver::type(email_, IDC_PREFERENCES_HOST, "127.0.0.1");
-        ConsoleDriver::type(email_, IDC_PREFERENCES_USER, "console");
-        ConsoleDriver::type(email_, IDC_PREFERENCES_PASSWORD, "pa55-word");
-        ConsoleDriver::type(email_, IDC_PREFERENCES_PORT, std::to_string(port));
-        ConsoleDriver::type(email_, IDC_PREFERENCES_FROM, "console@site.example");
-        ConsoleDriver::click(email_, IDC_PREFERENCES_TEST);
-        if (port > 32'000) expectMessage("Please enter an integer between 1 and 32000.", "Error");
-        test_ = console_.waitForWindowWith(IDC_EMAIL_FROM);
-        ASSERT_NE(test_, nullptr);
+        preferences_->showEmailPage();
+        preferences_->enter({"console", "pa55-word", "127.0.0.1", "console@site.example", port});
+        test_ = preferences_->openTest({to, "T\xFCr", "Hello\r\n."});
         EXPECT_EQ(ConsoleDriver::textOf(test_, IDOK), "Send");
         EXPECT_EQ(ConsoleDriver::textOf(test_, IDC_EMAIL_FROM), "console@site.example");
-        EXPECT_FALSE(ConsoleDriver::isEnabled(test_, IDOK));
-        ConsoleDriver::type(test_, IDC_EMAIL_TO, to);
-        ConsoleDriver::type(test_, IDC_EMAIL_SUBJECT, "T\xFCr");
-        ConsoleDriver::type(test_, IDC_EMAIL_MESSAGE, "Hello\r\n.");
-        EXPECT_TRUE(ConsoleDriver::isEnabled(test_, IDOK));
     }
     void expectNotLogged(const std::string& text) {
         for (const std::string& line : logLines())
@@ -91,6 +73,7 @@ class PreferencesTest : public ConsoleTest {
         });
     }
 
+    std::optional<driver::PreferencesDriver> preferences_;
     HWND dialog_ = nullptr;
     HWND general_ = nullptr;
     HWND email_ = nullptr;
@@ -186,33 +169,27 @@ TEST_F(PreferencesTest, ATestEmailGoesOutWithTheSettingsAsTyped) {
     EXPECT_TRUE(writes().empty());
 }
 
-TEST_F(PreferencesTest, ATestThatFailsIsToldAndCanBeTriedAgain) {
-    SmtpServer server({.answers = {{"RCPT", "550 no such mailbox"}}});
-    openPreferences();
-    openTest(server.port(), "a@site.example");
-    for (int i = 0; i < 2; ++i) {
-        ConsoleDriver::click(test_, IDOK);
-        expectMessage("Could not send email, invalid address?", "Email Send Error");
-        EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return ConsoleDriver::isEnabled(test_, IDOK); }));
-    }
-    EXPECT_TRUE(logHasPart("stage recipient"));
-    EXPECT_TRUE(logHasPart("the server said '550 no such mailbox'"));
-}
-
 // Once the server has offered TLS, a handshake that fails is the end: the password stays here.
-TEST_F(PreferencesTest, NothingGoesInClearWhereTlsFails) {
-    const SmtpScript scripts[] = {{.features = {"STARTTLS", "AUTH PLAIN"}},
-                                  {.features = {"STARTTLS", "AUTH PLAIN"}, .answers = {{"STARTTLS", "454 not now"}}}};
+TEST_F(PreferencesTest, ATestThatFailsIsToldAndCanBeTriedAgain) {
+    const std::pair<SmtpScript, const char*> cases[] = {
+        {{.answers = {{"RCPT", "550 no such mailbox"}}},
+         "stage recipient: RCPT failed: 550; the server said '550 no such"},
+        {{.features = {"STARTTLS", "AUTH PLAIN"}}, "stage TLS: schannel"},
+        {{.features = {"STARTTLS", "AUTH PLAIN"}, .answers = {{"STARTTLS", "454 not now"}}}, "said '454 not now'"}};
     openPreferences();
-    for (const SmtpScript& script : scripts) {
+    for (const auto& [script, logged] : cases) {
         SmtpServer server(script);
         openTest(server.port(), "a@site.example");
-        ConsoleDriver::click(test_, IDOK);
-        expectMessage("Could not send email, invalid address?", "Email Send Error");
-        for (const char* verb : {"AUTH", "MAIL", "Y29uc29sZ"})
-            EXPECT_EQ(server.clearBytes().find(verb), std::string::npos) << verb;
-        EXPECT_EQ(server.connections(), 1);
-        EXPECT_TRUE(logHasPart("stage TLS"));
+        for (int i = 0; i < 2; ++i) {
+            ConsoleDriver::click(test_, IDOK);
+            expectMessage("Could not send email, invalid address?", "Email Send Error");
+            EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return ConsoleDriver::isEnabled(test_, IDOK); }));
+        }
+        EXPECT_TRUE(logHasPart(logged)) << logged;
+        EXPECT_EQ(server.connections(), 2);
+        for (const char* secret : {"AUTH", "Y29uc29sZ"})
+            EXPECT_EQ(server.clearBytes().find(secret), std::string::npos) << secret;
+        EXPECT_EQ(server.clearBytes().find("MAIL") == std::string::npos, !script.features.empty());
         ConsoleDriver::click(test_, IDCANCEL);
         ASSERT_TRUE(console_.waitUntilGone(test_));
     }

@@ -54,10 +54,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     using namespace orvc;
     Input input(data, size);
     // Repeated beyond the size of the block that the text is worked on in; in memory of its own size.
-    const unsigned times = input.byte() % 4 == 0 ? 1 + input.byte() : 1;
+    const unsigned times = input.byte() % 16 == 0 ? 1 + input.byte() : 1;
     const std::string_view part = input.rest();
     std::string repeated;
-    for (unsigned i = 0; i < times && repeated.size() < 10'000; ++i)
+    for (unsigned i = 0; i < times && repeated.size() < 4500; ++i)
         repeated += part;
     const std::vector<char> exact(repeated.begin(), repeated.end());
     const std::string_view text(exact.data(), exact.size());

@@ -35,6 +35,9 @@ class FuzzedStore final : public SettingsStore {
     }
 
     const auto& values() const { return values_; }
+    bool hasWhatWasTaken() const {
+        return std::ranges::all_of(taken_, [this](const auto& one) { return values_.at(one.first) == one.second; });
+    }
 
   private:
     template <typename T>
@@ -46,11 +49,14 @@ class FuzzedStore final : public SettingsStore {
             if (kind == 2) found->second = input_.terminated();
         }
         const T* value = std::get_if<T>(&found->second);
-        return value != nullptr ? std::optional(*value) : std::nullopt;
+        if (value == nullptr) return std::nullopt;
+        taken_[{section, name}] = *value;
+        return *value;
     }
 
     Input& input_;
     mutable std::map<std::pair<std::string, std::string>, Value> values_;
+    mutable std::map<std::pair<std::string, std::string>, Value> taken_;  // read, and of the type that was asked for
 };
 
 void checkSettings(Input& input) {
@@ -58,6 +64,7 @@ void checkSettings(Input& input) {
     FuzzedStore store(input);
     const Settings loaded = loadSettings(store, mode);
     require(saveSettings(store, loaded, mode), "settings can be saved");
+    require(store.hasWhatWasTaken(), "a setting that was loaded is saved as it was");
     const auto saved = store.values();
     require(saveSettings(store, loadSettings(store, mode), mode) && store.values() == saved,
             "saved settings load as they were");

@@ -78,7 +78,7 @@ ConsoleDriver::~ConsoleDriver() {
     if (process_ != nullptr) CloseHandle(process_);
 }
 
-bool ConsoleDriver::start(const std::string& program, const Environment& environment) {
+bool ConsoleDriver::start(const std::string& program, const Environment& environment, std::string workingFolder) {
     std::vector<std::pair<std::string, std::string>> before;
     for (const auto& [name, value] : environment) {
         char old[4096] = "";
@@ -90,8 +90,8 @@ bool ConsoleDriver::start(const std::string& program, const Environment& environ
     startup.cb = sizeof startup;
     PROCESS_INFORMATION started{};
     std::string commandLine = "\"" + program + "\"";
-    const std::string folder = program.substr(0, program.find_last_of("\\/"));
-    const bool ok = CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, folder.c_str(),
+    if (workingFolder.empty()) workingFolder = program.substr(0, program.find_last_of("\\/"));
+    const bool ok = CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, workingFolder.c_str(),
                                    &startup, &started) != 0;
     for (const auto& [name, value] : before)
         SetEnvironmentVariableA(name.c_str(), value.empty() ? nullptr : value.c_str());

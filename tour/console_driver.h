@@ -30,8 +30,9 @@ class ConsoleDriver {
     ConsoleDriver(const ConsoleDriver&) = delete;
     ConsoleDriver& operator=(const ConsoleDriver&) = delete;
 
-    // `program`: path of ORVSConfig.exe. Returns false when it cannot be started.
-    bool start(const std::string& program, const Environment& environment = {});
+    // `program`: path of ORVSConfig.exe; it is started in `workingFolder`, its own unless told otherwise. Returns false
+    // when it cannot be started.
+    bool start(const std::string& program, const Environment& environment = {}, std::string workingFolder = {});
     bool isRunning() const;
     // Waits until the console has ended; false when it did not.
     bool waitForEnd(DWORD milliseconds = kPatience);

@@ -6,6 +6,7 @@
 
 #include "app/main_window.h"
 #include "support/language.h"
+#include "win32/library_search.h"
 #include "win32/registry_settings.h"
 #include "win32/system_files.h"
 #include "win32/system_log.h"
@@ -28,6 +29,7 @@ void selectLanguage(win32::Resources& resources, TrackingLog& log) {
 }  // namespace
 
 int runConsole() {
+    win32::restrictLibrarySearch();
     INITCOMMONCONTROLSEX classes{};
     classes.dwSize = sizeof classes;
     classes.dwICC = ICC_WIN95_CLASSES | ICC_STANDARD_CLASSES;

@@ -17,6 +17,12 @@ constexpr std::uint32_t kMemberPause = 100;
 constexpr EventTimers kEventTimers{timer::kSubscriptionStart, timer::kSubscriptionStartPeriod, timer::kReload,
                                    timer::kReloadPeriod};
 
+// The tracking file goes to support: it never holds a password.
+const char* loggableText(const VariableBlock& block) {
+    const char* const text = block.text() != nullptr ? block.text() : "";
+    return *text != '\0' && ServerSettings::isPassword(block.nameView()) ? "***" : text;
+}
+
 }  // namespace
 
 Session::Session(SessionHost& host, ServerLink& link, WindowPoster& poster, TrackingLog& log, const Clock& clock,
@@ -213,7 +219,7 @@ void Session::onVariable(const VariableBlock& block) {
             log_.log("Received subscription variable information for %s (key 0x%08x)", block.name(), block.type());
         else if (kind == variable_type::kStringKind)
             log_.log("Received subscription variable information for %s (string variable '%s' 0x%08x)", block.name(),
-                     block.text() != nullptr ? block.text() : "", block.type());
+                     loggableText(block), block.type());
         else if (kind == variable_type::kDwordKind)
             log_.log("Received subscription variable information for %s (dword variable %d 0x%08x)", block.name(),
                      static_cast<int>(block.number()), block.type());

@@ -15,9 +15,10 @@ constexpr std::uint32_t kNotReceived = 0xFFFFFFFF;
 using TextMember = std::optional<std::string> ServerSettings::*;
 
 // In reading and writing order.
+constexpr std::string_view kPassword = "password";
 constexpr std::array<std::pair<std::string_view, TextMember>, 4> kTexts{{
     {"userName", &ServerSettings::userName},
-    {"password", &ServerSettings::password},
+    {kPassword, &ServerSettings::password},
     {"smtpHost", &ServerSettings::smtpHost},
     {"defaultFrom", &ServerSettings::defaultFrom},
 }};
@@ -52,6 +53,10 @@ bool ServerSettings::isComplete(const Clock& clock, std::int64_t graceDeadline) 
     for (const auto& text : kTexts)
         if (!(this->*text.second)) return clock.now() > graceDeadline;
     return true;
+}
+
+bool ServerSettings::isPassword(std::string_view variableName) {
+    return variableName.starts_with(kRootPath) && variableName.substr(kRootPath.size()) == kPassword;
 }
 
 void ServerSettings::write(ServerLink& link) const {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "link/server_link.h"
 #include "link/variable_store.h"
@@ -28,6 +29,9 @@ class ServerSettings final : public VariableOwner {
     void write(ServerLink& link) const;
 
     void clear() { *this = ServerSettings(); }
+
+    // Whether the variable of that name holds the password of the mail account, which no log may show.
+    static bool isPassword(std::string_view variableName);
 
     std::optional<std::string> userName;
     std::optional<std::string> password;

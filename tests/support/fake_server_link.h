@@ -8,7 +8,7 @@
 
 namespace orvc {
 
-class FakeServerLink final : public ServerLink {
+class FakeServerLink : public ServerLink {
   public:
     explicit FakeServerLink(Journal& journal) : journal_(journal) {}
 

@@ -46,7 +46,7 @@ void ConsoleTest::startConsole(const std::string& options, const std::string& fo
     const std::string demo = "fire=0;file=" + workFolder_ + "\\installation.txt;trace=" + workFolder_ + "\\trace.txt;";
     driver::Environment environment = environment_;
     environment.emplace_back("ORVC_DEMO", demo + options);
-    ASSERT_TRUE(console_.start(folder + "\\ORVSConfig.exe", environment));
+    ASSERT_TRUE(console_.start(folder + "\\ORVSConfig.exe", environment, workingFolder_));
 }
 
 void ConsoleTest::exitConsole() {

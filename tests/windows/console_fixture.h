@@ -49,6 +49,7 @@ class ConsoleTest : public testing::Test {
 
     driver::ConsoleDriver console_;
     driver::Environment environment_;  // what the console has beside the variables of this process
+    std::string workingFolder_;        // where the console is started; its own folder when empty
 
   private:
     std::string workFolder_;

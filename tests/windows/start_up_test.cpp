@@ -49,6 +49,8 @@ TEST_F(StartUpTest, RecordsAWholeRunInOrder) {
                              "doNewGroupMessageInfo: End of messages received", "getListIcoms: Done with group"})
         EXPECT_NE(std::find(told.begin(), told.end(), line), told.end()) << line;
     EXPECT_TRUE(logHas("Received subscription variable information for \\ORVS\\ (key 0x80000000)"));
+    EXPECT_TRUE(
+        logHas("Received subscription variable information for \\ORVS\\password (string variable '***' 0xc0000001)"));
 }
 
 TEST_F(StartUpTest, OpensWithoutALinkWhenTheLibraryIsMissing) {
@@ -56,6 +58,16 @@ TEST_F(StartUpTest, OpensWithoutALinkWhenTheLibraryIsMissing) {
     expectNoLogonDialog();
     EXPECT_TRUE(logHas("Failed to open KSPassThru.dll"));
     EXPECT_EQ(ConsoleDriver::textOf(console_.mainWindow()), "Orvane VANTE Event Configuration Console");
+    exitConsole();
+}
+
+TEST_F(StartUpTest, TakesNoLibraryFromTheCurrentFolderOrThePath) {
+    const std::string folder = makeFolderWithConsole();
+    workingFolder_ = binFolder();
+    environment_ = {{"PATH", "c:\\windows\\system32;" + binFolder()}};
+    startConsole({}, folder);
+    expectNoLogonDialog();
+    EXPECT_TRUE(logHas("Failed to open KSPassThru.dll"));
     exitConsole();
 }
 

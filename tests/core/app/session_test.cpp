@@ -136,6 +136,19 @@ TEST_F(SessionTest, WithATextMissingTheWaitTimesOutAndTheConsoleIsReadyAnyway) {
     EXPECT_TRUE(session_.isReady());
 }
 
+TEST_F(SessionTest, NoPasswordIsLogged) {
+    host_.outcome.entry.password = "logon-secret";
+    subscribe();
+    std::string told = journal_.take();
+    // Whatever type the server gives them.
+    for (const std::uint32_t type : {0xC0000001u, 0xC0000004u, 0xC0000000u, 0u, 0x41000001u})
+        told += variable("\\ORVS\\password", "mail-secret", 0, type);
+    event(15);
+    EXPECT_EQ(told.find("secret"), std::string::npos) << told;
+    EXPECT_NE(told.find("for \\ORVS\\password (string variable '***' 0xc0000001)"), std::string::npos) << told;
+    EXPECT_NE(variable("\\ORVS\\userName", "mailer", 0, 0xC0000001).find("'mailer'"), std::string::npos);
+}
+
 TEST_F(SessionTest, AServerStopForgetsEverythingAndAsksForALogon) {
     becomeReady();
     group(1, "Doors", 0);

@@ -1,0 +1,59 @@
+// Everything that the console shows of its records, without its windows.
+#pragma once
+
+#include "app/event_texts.h"
+#include "editors/event_form.h"
+#include "editors/schedule/schedule_form.h"
+#include "editors/schedule/schedule_rows.h"
+#include "fake_string_table.h"
+#include "fuzz/input.h"
+#include "model/event_list.h"
+
+namespace orvc {
+
+// `record` as the editor leaves it when it is opened and saved.
+inline EventRecord editedUnchanged(const EventRecord& record, const Directory& directory,
+                                   const ScheduleList& schedules) {
+    const FakeStringTable strings;
+    EventForm form(strings, directory, schedules);
+    form.load(record);
+    require(
+        form.sourceTexts().size() > static_cast<std::size_t>(std::max(form.sourceIndex(), 0)) &&
+            form.destinations().size() > static_cast<std::size_t>(form.destinationIndex()) &&
+            form.schedules().size() > static_cast<std::size_t>(form.scheduleIndex()) &&
+            (form.responseIndex() == 0 || form.responseTexts().size() > static_cast<std::size_t>(form.responseIndex())),
+        "what is chosen is in its list");
+    EventRecord edited = record;
+    form.fill(edited);
+    return edited;
+}
+
+// Fields and their values, as the server has them.
+inline bool haveEqualFields(const EventRecord& a, const EventRecord& b) {
+    return std::ranges::all_of(eventFields(), [&](const EventField& field) {
+        return std::visit([&](auto member) { return a.*member == b.*member; }, field.member);
+    });
+}
+
+inline void showEverything(EventList& events, ScheduleList& schedules, const Directory& directory, const Clock& clock) {
+    const FakeStringTable strings;
+    const EventRows& rows = events.rows();
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        const EventRecord& record = rows.at(row);
+        require(record.hasRow && rows.rowOf(record) == row, "a row is found by its record");
+        for (int column = 0; column < kEventColumnCount; ++column)
+            eventCellText(record, static_cast<EventColumn>(column), strings, clock);
+        const EventRecord once = editedUnchanged(record, directory, schedules);
+        require(haveEqualFields(editedUnchanged(once, directory, schedules), once), "saving once more changes nothing");
+    }
+    ScheduleRows scheduleRows(strings, [](std::string_view name) { return std::string(name); });
+    scheduleRows.fill(schedules.records());
+    require(scheduleRows.size() > 0 || schedules.records().empty(), "the built-in Schedule is listed");
+    for (ScheduleRecord copy : schedules.records()) {
+        ScheduleForm form(copy);
+        for (int day = 0; day < WeekMask::kDays; ++day)
+            require(!form.changeDay(day), "every week can be shown");
+    }
+}
+
+}  // namespace orvc

@@ -65,7 +65,10 @@ double receiveAll(int count, const Give& give) {
 double handOver(HWND window, int count) {
     win32::MainWindowPoster poster(kTimer, kTimerPeriod);
     poster.setWindow(window);
-    HandOver handOver(poster, [](std::unique_ptr<EventBlock>) { ++received; });
+    HandOver handOver(poster, [=](std::unique_ptr<EventBlock>) {
+        // Something for the message loop to find when all are there.
+        if (++received == count) PostMessageA(window, WM_NULL, 0, 0);
+    });
     // As the main window does it.
     deliver = [&] {
         if (handOver.drain())

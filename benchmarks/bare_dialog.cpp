@@ -1,5 +1,9 @@
-// bare_dialog [LIBRARY...]: a dialog with a list, and nothing else: what the start of the console is compared with. Loads
-// the named libraries first, to show what those of the console cost.
+// bare_dialog: a dialog with a list, and nothing else: what the start of the console is compared with. First it loads the
+// libraries that the environment names in BENCH_LIBRARIES, to show what those of the console cost.
+#include <cstdlib>
+#include <sstream>
+#include <string>
+
 #include "resources/resource.h"
 #include "windows_bench.h"
 
@@ -17,9 +21,11 @@ INT_PTR CALLBACK dialogProcedure(HWND dialog, UINT message, WPARAM, LPARAM) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
-    for (int i = 1; i < argc; ++i)
-        LoadLibraryA(argv[i]);
+int main() {
+    const char* const named = std::getenv("BENCH_LIBRARIES");
+    std::istringstream libraries(named != nullptr ? named : "");
+    for (std::string library; libraries >> library;)
+        LoadLibraryA(library.c_str());
     INITCOMMONCONTROLSEX classes{sizeof classes, ICC_WIN95_CLASSES | ICC_STANDARD_CLASSES};
     InitCommonControlsEx(&classes);
     struct {

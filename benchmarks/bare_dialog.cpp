@@ -1,5 +1,5 @@
-// bare_dialog: a dialog with a list, and nothing else: what the start of the console is compared with. First it loads the
-// libraries that the environment names in BENCH_LIBRARIES, to show what those of the console cost.
+// bare_dialog: a dialog with a list, and nothing else: what the start of the console is compared with. First it loads
+// the libraries that the environment names in BENCH_LIBRARIES, to show what those of the console cost.
 #include <cstdlib>
 #include <sstream>
 #include <string>

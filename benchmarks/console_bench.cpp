@@ -113,15 +113,16 @@ void setDemo(const std::string& options) {
 // Runs the console, logged on by itself, and `watcher` beside it on another thread. Waits for `rows` rows.
 template <typename Watcher>
 void runConsoleWith(WPARAM rows, const Watcher& watcher) {
-    for (const auto& [name, value] : {std::pair{"UserName", "admin"}, {"UserPassword", "admin"}, {"IPAddress", "127.0.0.1"}})
+    for (const auto& [name, value] :
+         {std::pair{"UserName", "admin"}, {"UserPassword", "admin"}, {"IPAddress", "127.0.0.1"}})
         RegSetKeyValueA(HKEY_CURRENT_USER, "Software\\Kestrel Sonics\\ORVSConfig\\settings", name, REG_SZ, value,
                         static_cast<DWORD>(std::string_view(value).size() + 1));
     watch.awaitedRows = rows;
     std::thread beside([&] {
         const HWND window = waitForWindowWith(IDC_EVENT_LIST);
         const HWND list = GetDlgItem(window, IDC_EVENT_LIST);
-        watch.original = reinterpret_cast<WNDPROC>(
-            SetWindowLongPtrA(list, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(listProcedure)));
+        watch.original =
+            reinterpret_cast<WNDPROC>(SetWindowLongPtrA(list, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(listProcedure)));
         watcher(window, list);
         PostMessageA(window, WM_COMMAND, IDM_EXIT, 0);
     });
@@ -262,10 +263,11 @@ void editor(const std::string& places) {
                 dialog = waitForWindowWith(IDC_EVENT_DESTINATION);
             });
             const std::vector<std::string> texts = textsOf(GetDlgItem(dialog, IDC_EVENT_DESTINATION));
-            if (texts.size() < std::stoul(places) || textsOf(GetDlgItem(dialog, IDC_EVENT_SOURCE)).size() != texts.size())
+            if (texts.size() < std::stoul(places) ||
+                textsOf(GetDlgItem(dialog, IDC_EVENT_SOURCE)).size() != texts.size())
                 giveUp("the editor's lists are not full");
-            report("editor.console", seconds);
-            report("editor.bare", fillBareLists(texts));
+            report(("editor.console." + places).c_str(), seconds);
+            report(("editor.bare." + places).c_str(), fillBareLists(texts));
             PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0);
             if (!waitUntil([&] { return findWindowWith(IDC_EVENT_DESTINATION) == nullptr; }, kPatience))
                 giveUp("the editor did not close");

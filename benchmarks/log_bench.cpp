@@ -108,7 +108,8 @@ class FormatOnly {
         std::snprintf(text, sizeof text,
                       "%d/%02d/%02d %d:%02d:%02d (%05d) Received subscription variable information for %s (string "
                       "variable '%s' 0x%08x)\n",
-                      time_.month, time_.day, time_.year, time_.hour, time_.minute, time_.second, 2, kKey, kText, kType);
+                      time_.month, time_.day, time_.year, time_.hour, time_.minute, time_.second, 2, kKey, kText,
+                      kType);
         keep(text);
     }
     void finish() {}

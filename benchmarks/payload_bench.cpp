@@ -1,5 +1,5 @@
-// payload_bench: an Event's payload file. Escaping and unescaping against a plain loop with one branch per case; reading
-// the file against what pugixml needs to parse the same bytes.
+// payload_bench: an Event's payload file. Escaping and unescaping against a plain loop with one branch per case;
+// reading the file against what pugixml needs to parse the same bytes.
 #include <cstdlib>
 #include <pugixml.hpp>
 #include <string>

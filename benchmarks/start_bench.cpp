@@ -38,8 +38,9 @@ int main(int argc, char** argv) {
     using namespace orvc::bench;
     const std::string folder = argc > 1 ? argv[1] : ".";
     // The libraries that the console has beside those of any program with a list: mail, network, help, versions.
-    const std::string libraries = "uxtheme.dll comdlg32.dll shell32.dll ole32.dll iphlpapi.dll ws2_32.dll crypt32.dll "
-                                  "secur32.dll bcrypt.dll version.dll";
+    const std::string libraries =
+        "uxtheme.dll comdlg32.dll shell32.dll ole32.dll iphlpapi.dll ws2_32.dll crypt32.dll "
+        "secur32.dll bcrypt.dll version.dll";
     start(folder + "\\bare_dialog.exe", "start.bare");
     start(folder + "\\ORVSConfig.exe", "start.console", {{"ORVC_DEMO", "events=1;fire=0"}});
     start(folder + "\\bare_dialog.exe", "start.libraries", {{"BENCH_LIBRARIES", libraries}});

@@ -32,7 +32,9 @@ std::uint32_t VariableTable::hashOf(std::string_view name) const {
     const std::size_t field = name.rfind('\\') + 1;
     if (spread_ || name.size() - field > kLongestField) return hash(name);
     constexpr std::uint32_t kFieldMask = (1u << kFieldBits) - 1;
-    return hash(name.substr(0, field)) << kFieldBits | (hash(name.substr(field)) & kFieldMask);
+    const std::uint32_t record = hash(name.substr(0, field));
+    // All records have the same few fields: each record begins elsewhere among its buckets.
+    return record << kFieldBits | ((hash(name.substr(field)) ^ record >> (32 - kFieldBits)) & kFieldMask);
 }
 
 std::size_t VariableTable::bucketOf(std::uint32_t hash) const {

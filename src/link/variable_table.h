@@ -34,10 +34,10 @@ struct StoredVariable {
 // Purpose: finds variables by name in constant time. Several may stand under one name (with different types).
 //
 // Grows by linear hashing: each insertion splits one bucket, so no insertion ever pays for rehashing all. A record's
-// variables come together and are asked for together: they lie in neighbouring buckets, so that a million variables wait
-// for memory once for each record and not for each variable. Names that all fall into few buckets this way (thousands
-// of fields of one record) are spread over all of them instead, once and for good until clear().
-// Not synchronised. insert() and setText() throw std::bad_alloc.
+// variables come together and are asked for together: they lie in neighbouring buckets, so that a million variables
+// wait for memory once for each record and not for each variable. Names that all fall into few buckets this way
+// (thousands of fields of one record) are spread over all of them instead, once and for good until clear(). Not
+// synchronised. insert() and setText() throw std::bad_alloc.
 class VariableTable {
   public:
     VariableTable();

@@ -115,7 +115,7 @@ void EventList::write(EventRecord& record) {
         const EventField& field = eventFields()[index];
         const bool isBadData = &field == &eventFields().back();
         if (isBadData && !wasBad) continue;
-        const std::string name = path + "\\" + field.name;
+        const std::string name = (path + "\\").append(field.name);
         std::visit(Writer{link_, record, name}, field.member);
     }
 }

@@ -53,9 +53,8 @@ std::string formatValue(const Placeholder& placeholder, const FillValue& value) 
     const bool isHex = placeholder.conversion == 'x' || placeholder.conversion == 'X';
     std::array<char, 24> digits;
     char* const begin = digits.data();
-    char* const end = isHex
-                          ? std::to_chars(begin, begin + digits.size(), static_cast<unsigned long>(number), 16).ptr
-                          : std::to_chars(begin, begin + digits.size(), number).ptr;
+    char* const end = isHex ? std::to_chars(begin, begin + digits.size(), static_cast<unsigned long>(number), 16).ptr
+                            : std::to_chars(begin, begin + digits.size(), number).ptr;
     if (placeholder.conversion == 'X')
         std::transform(begin, end, begin, [](char c) { return c >= 'a' ? static_cast<char>(c - 'a' + 'A') : c; });
     const std::size_t sign = *begin == '-' ? 1 : 0;

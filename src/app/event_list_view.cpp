@@ -63,7 +63,7 @@ void EventListView::refresh() {
             break;
         }
     }
-    if (row != selectedRow_ || row == -1) select(row);
+    if (row != selectedRow_) select(row);
     refreshing_ = false;
     repaintChangedRows(count < before);
 }
@@ -94,7 +94,10 @@ void EventListView::select(int row) {
     const bool was = std::exchange(refreshing_, true);
     LVITEMA item{};
     item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
-    SendMessageA(list_, LVM_SETITEMSTATE, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&item));
+    // Not for all rows at once, which takes a step for each of them.
+    const auto selected = SendMessageA(list_, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED);
+    if (selected >= 0)
+        SendMessageA(list_, LVM_SETITEMSTATE, static_cast<WPARAM>(selected), reinterpret_cast<LPARAM>(&item));
     if (row >= 0) {
         item.state = LVIS_SELECTED | LVIS_FOCUSED;
         SendMessageA(list_, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));

@@ -113,7 +113,8 @@ void EventForm::loadResponse(const EventRecord& record, LoadResult& result) {
     }
     response_ = stored;
     if (needsDestination(response_)) {
-        fillDestinations();
+        // Nothing has happened since the sources were listed.
+        fillDestinations(sourceKind_ == SourceKind::kPlaces);
         if (const auto found = findPlace(destinations_, record.responseDevice, record.responseGroupKey.value_or("")))
             destination_ = static_cast<int>(*found);
         else
@@ -255,8 +256,13 @@ int EventForm::responseIndex() const {
     return found != offered.end() ? static_cast<int>(found - offered.begin()) : 0;
 }
 
-void EventForm::fillDestinations() {
-    destinations_ = listPlaces(directory_, strings_, IDS_SELECT_DESTINATION);
+void EventForm::fillDestinations(bool asSources) {
+    if (asSources) {
+        destinations_ = sources_;
+        destinations_.front().text = strings_.text(IDS_SELECT_DESTINATION);
+    } else {
+        destinations_ = listPlaces(directory_, strings_, IDS_SELECT_DESTINATION);
+    }
     destinationsFilled_ = true;
     destination_ = 0;
     ++destinationRevision_;

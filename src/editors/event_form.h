@@ -135,7 +135,7 @@ class EventForm {
     void fitSourcesToTrigger();
     void fillSources(SourceKind kind);
     void fillSchedules();
-    void fillDestinations();
+    void fillDestinations(bool asSources = false);
     void resetTimingUnlessUsed();
     void rewriteResponseLine();
     void loadTiming(const EventRecord& record);

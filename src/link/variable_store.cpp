@@ -15,7 +15,7 @@ StoredVariable* VariableStore::lookUp(std::string_view name, std::uint32_t hash,
 }
 
 void VariableStore::doSystemVariableUpdate(const Variable& notification) {
-    const std::uint32_t hash = VariableTable::hashOf(notification.name);
+    const std::uint32_t hash = table_.hashOf(notification.name);
     StoredVariable* stored = lookUp(notification.name, hash, notification.type);
     if ((notification.type & variable_type::kDeleted) != 0) {
         if (stored != nullptr) table_.remove(stored);

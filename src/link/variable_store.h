@@ -42,7 +42,7 @@ class VariableStore {
     // The stored variable of that name and type, bit 24 left aside; null when there is none. Those of the same name and
     // another type are logged on the way.
     const StoredVariable* getSystemVariable(std::string_view name, std::uint32_t type) const {
-        return lookUp(name, VariableTable::hashOf(name), type);
+        return lookUp(name, table_.hashOf(name), type);
     }
 
     // Applies one notification: stores the variable and routes it, or removes it when its type says so. A removal is

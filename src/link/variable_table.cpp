@@ -4,11 +4,18 @@
 #include <cstring>
 #include <functional>
 #include <new>
+#include <utility>
 
 namespace orvc {
 namespace {
 
 constexpr std::size_t kFirstRoundSize = 64;
+// A record's fields share 2 to this power neighbouring buckets.
+constexpr unsigned kFieldBits = 5;
+// What stands below its parent under a longer name is a record, of which there are many, and no field.
+constexpr std::size_t kLongestField = 32;
+// Variables in a bucket, of different names and two or three records, are a handful.
+constexpr int kLongestBucket = 64;
 
 }  // namespace
 
@@ -18,8 +25,16 @@ VariableTable::~VariableTable() {
     clear();
 }
 
-std::uint32_t VariableTable::hashOf(std::string_view name) {
-    return static_cast<std::uint32_t>(std::hash<std::string_view>{}(name));
+std::uint32_t VariableTable::hashOf(std::string_view name) const {
+    const auto hash = [](std::string_view text) {
+        return static_cast<std::uint32_t>(std::hash<std::string_view>{}(text));
+    };
+    const std::size_t field = name.rfind('\\') + 1;
+    if (spread_ || name.size() - field > kLongestField) return hash(name);
+    constexpr std::uint32_t kFieldMask = (1u << kFieldBits) - 1;
+    const std::uint32_t record = hash(name.substr(0, field));
+    // All records have the same few fields: each record begins elsewhere among its buckets.
+    return record << kFieldBits | ((hash(name.substr(field)) ^ record >> (32 - kFieldBits)) & kFieldMask);
 }
 
 std::size_t VariableTable::bucketOf(std::uint32_t hash) const {
@@ -44,7 +59,29 @@ StoredVariable* VariableTable::insert(std::string_view name, std::uint32_t hash,
     variable->next = bucket;
     bucket = variable;
     ++size_;
+    if (!spread_) {
+        int length = 0;
+        for (const StoredVariable* other = bucket; other != nullptr && length <= kLongestBucket; other = other->next)
+            ++length;
+        if (length > kLongestBucket) spread();
+    }
     return variable;
+}
+
+// Files every variable anew under the hash of its whole name. Those of one name keep their order.
+void VariableTable::spread() {
+    spread_ = true;
+    std::vector<StoredVariable*> variables;
+    variables.reserve(size_);
+    for (StoredVariable*& bucket : buckets_)
+        for (StoredVariable* variable = std::exchange(bucket, nullptr); variable != nullptr; variable = variable->next)
+            variables.push_back(variable);
+    for (auto variable = variables.rbegin(); variable != variables.rend(); ++variable) {
+        (*variable)->hash = hashOf((*variable)->name());
+        StoredVariable*& bucket = buckets_[bucketOf((*variable)->hash)];
+        (*variable)->next = bucket;
+        bucket = *variable;
+    }
 }
 
 StoredVariable* VariableTable::setText(StoredVariable* variable, std::optional<std::string_view> text) {
@@ -84,6 +121,7 @@ void VariableTable::clear() {
     roundSize_ = kFirstRoundSize;
     nextToSplit_ = 0;
     size_ = 0;
+    spread_ = false;
 }
 
 StoredVariable** VariableTable::slotOf(const StoredVariable* variable) {

@@ -33,8 +33,11 @@ struct StoredVariable {
 
 // Purpose: finds variables by name in constant time. Several may stand under one name (with different types).
 //
-// Grows by linear hashing: each insertion splits one bucket, so no insertion ever pays for rehashing all.
-// Not synchronised. insert() and setText() throw std::bad_alloc.
+// Grows by linear hashing: each insertion splits one bucket, so no insertion ever pays for rehashing all. A record's
+// variables come together and are asked for together: they lie in neighbouring buckets, so that a million variables
+// wait for memory once for each record and not for each variable. Names that all fall into few buckets this way
+// (thousands of fields of one record) are spread over all of them instead, once and for good until clear(). Not
+// synchronised. insert() and setText() throw std::bad_alloc.
 class VariableTable {
   public:
     VariableTable();
@@ -42,7 +45,8 @@ class VariableTable {
     VariableTable(const VariableTable&) = delete;
     VariableTable& operator=(const VariableTable&) = delete;
 
-    static std::uint32_t hashOf(std::string_view name);
+    // Valid until the next insertion.
+    std::uint32_t hashOf(std::string_view name) const;
 
     // The first variable of that name, newest first, from `after` on (exclusive; null = from the start); null when
     // there is none.
@@ -62,6 +66,7 @@ class VariableTable {
     std::size_t bucketOf(std::uint32_t hash) const;
     StoredVariable** slotOf(const StoredVariable* variable);
     void splitNextBucket();
+    void spread();
     static StoredVariable* allocate(std::size_t nameLength, std::size_t textCapacity);
     static void release(StoredVariable* variable);
 
@@ -69,6 +74,7 @@ class VariableTable {
     std::size_t roundSize_;  // buckets at the start of this round of splits: a power of two
     std::size_t nextToSplit_ = 0;
     std::size_t size_ = 0;
+    bool spread_ = false;  // hash whole names
 };
 
 }  // namespace orvc

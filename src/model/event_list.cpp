@@ -47,7 +47,7 @@ bool EventList::updateEventSystemVariables(const Variable& variable) {
     if (!setEventField(record, path->rest, variable.text, variable.number))
         log_.log("updateEventSystemVariable: variable '%.*s' not found", static_cast<int>(path->rest.size()),
                  path->rest.data());
-    showIfComplete(record);
+    showIfComplete(record, path->rest == eventFields().front().name);
     return true;
 }
 
@@ -70,13 +70,13 @@ EventRecord* EventList::find(std::string_view key) {
     return found != byKey_.end() ? &*found->second : nullptr;
 }
 
-void EventList::showIfComplete(EventRecord& record) {
+void EventList::showIfComplete(EventRecord& record, bool nameCame) {
     if (!isEventComplete(record, clock_)) return;
     if (!record.hasRow) {
         rows_.insert(record);
     } else {
         record.changed = false;
-        rows_.rename(record);
+        if (nameCame) rows_.rename(record);
     }
     if (!isEventValid(record, directory_)) record.badData = kBad;
     rows_.touch();
@@ -115,7 +115,7 @@ void EventList::write(EventRecord& record) {
         const EventField& field = eventFields()[index];
         const bool isBadData = &field == &eventFields().back();
         if (isBadData && !wasBad) continue;
-        const std::string name = path + "\\" + field.name;
+        const std::string name = (path + "\\").append(field.name);
         std::visit(Writer{link_, record, name}, field.member);
     }
 }

@@ -55,7 +55,7 @@ class EventList final : public VariableOwner {
     using Records = std::list<EventRecord>;
 
     EventRecord& findOrCreate(std::string_view key);
-    void showIfComplete(EventRecord& record);
+    void showIfComplete(EventRecord& record, bool nameCame);
 
     ServerLink& link_;
     const Directory& directory_;

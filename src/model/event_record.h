@@ -75,7 +75,7 @@ struct EventRecord {
 struct EventField {
     using Member = std::variant<OptionalDword EventRecord::*, std::uint32_t EventRecord::*,
                                 std::optional<std::string> EventRecord::*, KSMac EventRecord::*>;
-    const char* name;  // the last component of the variable's name
+    std::string_view name;  // the last component of the variable's name
     Member member;
     bool shownInList;  // sets the changed flag
 };

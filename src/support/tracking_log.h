@@ -103,7 +103,7 @@ class TrackingLog {
 
   private:
     void appendLine(bool counted, std::string_view message);
-    void appendLocked(std::string_view text);
+    std::string& roomForLocked(std::size_t size);
     const std::string& timeStampLocked();
     bool startWriter();
     void runWriter();

@@ -93,5 +93,18 @@ TEST_F(VariableStoreTest, ManyVariablesAreFoundWhileTheTableGrowsAndAfterRemoval
     EXPECT_EQ(store_.size(), 133'333u);
 }
 
+TEST_F(VariableStoreTest, ThousandsOfFieldsOfOneRecordAreSpreadWithoutLosingTheirOrder) {
+    const auto nameOf = [](int i) { return formatText("\\ORVS\\Events\\{1}\\%d", i); };
+    for (int i = 0; i < 5'000; ++i) {
+        update(nameOf(i), kString, "text");
+        update(nameOf(i), kDword, std::nullopt, static_cast<std::uint32_t>(i));
+    }
+    journal_.take();
+    for (int i = 0; i < 5'000; ++i)
+        ASSERT_EQ(stored(nameOf(i), kDword), std::to_string(i));
+    EXPECT_EQ(journal_.take(), "") << "the newer one is found first";
+    EXPECT_EQ(stored(nameOf(4), kString), "text");
+}
+
 }  // namespace
 }  // namespace orvc

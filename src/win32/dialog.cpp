@@ -186,9 +186,17 @@ void Dialog::askForHelp() const {
     GUITHREADINFO state{};
     state.cbSize = sizeof state;
     if (GetGUIThreadInfo(GetCurrentThreadId(), &state) && (state.flags & GUI_INMENUMODE) != 0) EndMenu();
+    PostMessageA(window_, kHelpAskedFor, topicOfActiveWindow(), 0);
+}
+
+// What is active may not be what has the focus yet, and a dialog may have been opened from the loop of a box that is
+// about to go.
+unsigned Dialog::topicOfActiveWindow() const {
     const HWND active = GetActiveWindow();
-    const bool isInBox = openMessageBoxes > 0 && active != nullptr && active != GetAncestor(window_, GA_ROOT);
-    PostMessageA(window_, kHelpAskedFor, isInBox ? kMessageBoxTopic : helpTopic(), 0);
+    if (active == nullptr || active == GetAncestor(window_, GA_ROOT)) return helpTopic();
+    for (const Dialog* dialog : runningDialogs())
+        if (dialog->window() == active) return dialog->helpTopic();
+    return openMessageBoxes > 0 ? kMessageBoxTopic : helpTopic();
 }
 
 bool Dialog::onCommand(unsigned id, unsigned) {

@@ -77,6 +77,7 @@ class Dialog {
     bool create(HWND owner);
     void cancelDialogsAbove();
     void askForHelp() const;
+    unsigned topicOfActiveWindow() const;
     INT_PTR handle(UINT message, WPARAM wParam, LPARAM lParam);
     static INT_PTR CALLBACK dialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 

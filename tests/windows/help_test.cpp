@@ -179,7 +179,7 @@ TEST_F(HelpTest, TheViewerRunsInAProcessOfItsOwn) {
     const Viewers viewers(console_.process());
     press(logon, VK_F1);
     EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return viewers.find().size() == 1; }));
-    EXPECT_TRUE(logHas("Help File is named '" + folder + "\\HelpFile.chm'"));
+    EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return logHas("Help File is named '" + folder + "\\HelpFile.chm'"); }));
     EXPECT_EQ(console_.findMessageBox(), nullptr);
     EXPECT_EQ(viewers.find().size(), 1u);
 }

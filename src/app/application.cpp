@@ -4,6 +4,8 @@
 
 #include <commctrl.h>
 
+#include <exception>
+
 #include "app/main_window.h"
 #include "support/language.h"
 #include "win32/registry_settings.h"
@@ -25,9 +27,7 @@ void selectLanguage(win32::Resources& resources, TrackingLog& log) {
         log.log("Loaded language from ORVSConfig.EXE");
 }
 
-}  // namespace
-
-int runConsole() {
+void run() {
     INITCOMMONCONTROLSEX classes{};
     classes.dwSize = sizeof classes;
     classes.dwICC = ICC_WIN95_CLASSES | ICC_STANDARD_CLASSES;
@@ -46,7 +46,18 @@ int runConsole() {
     window.warnAboutScratchFolder(settings.load(StartMode::kStandalone));
     window.runModal(nullptr);
     settings.save();
-    return 0;
+}
+
+}  // namespace
+
+int runConsole() {
+    try {
+        run();
+        return 0;
+    } catch (const std::exception&) {
+        win32::tellNoMemory(nullptr);
+        return 1;
+    }
 }
 
 }  // namespace orvc

@@ -24,6 +24,8 @@ namespace {
 // time.
 constexpr std::uint32_t kRefreshPeriod = 100;
 constexpr std::uint32_t kRefreshShare = 10;
+// Milliseconds between two attempts to start a timer that Windows refused.
+constexpr DWORD kRetryPause = 20;
 // Milliseconds for which a wait for the server does not fall asleep.
 constexpr std::uint32_t kAnswerTime = 3;
 
@@ -228,6 +230,7 @@ void MainWindow::runFromList(unsigned command) {
 
 bool MainWindow::onTimer(std::uintptr_t timerId) {
     // Whichever timer it is, undelivered events come first: a post that was refused left no other call.
+    retryRefusedTimers();
     if (timerId == timer::kHandOver || session_.hasUndeliveredEvents()) deliverEvents();
     if (timerId != timer::kHandOver) session_.onTimer(timerId);
     // Windows' own handling of the timer follows.
@@ -276,6 +279,7 @@ std::optional<LRESULT> MainWindow::onMessage(UINT message, WPARAM wParam, LPARAM
             rememberSize();
             session_.doShutdown();
             parts_.settings.save();
+            endDialog(IDCANCEL);
             return 0;
         case WM_DESTROY:
             session_.doShutdown();
@@ -321,9 +325,18 @@ void MainWindow::deliverEvents() {
 }
 
 bool MainWindow::deliverWhenIdle() {
-    if (!session_.hasUndeliveredEvents()) return false;
-    deliverEvents();
-    return session_.hasUndeliveredEvents();
+    const bool someRefused = retryRefusedTimers();
+    if (session_.hasUndeliveredEvents()) deliverEvents();
+    if (session_.hasUndeliveredEvents()) return true;
+    // Nothing else may come for what waits for its timer.
+    if (someRefused) Sleep(kRetryPause);
+    return someRefused;
+}
+
+bool MainWindow::retryRefusedTimers() {
+    return refusedTimers_.retry([this](std::uintptr_t timerId, std::uint32_t milliseconds) {
+        return SetTimer(window(), timerId, milliseconds, nullptr) != 0;
+    });
 }
 
 void MainWindow::showChanges(bool isLast) {
@@ -460,10 +473,11 @@ void MainWindow::onTrayMessage(LPARAM mouseMessage) {
 // SessionHost
 
 void MainWindow::startTimer(std::uintptr_t timerId, std::uint32_t milliseconds) {
-    SetTimer(window(), timerId, milliseconds, nullptr);
+    refusedTimers_.note(timerId, milliseconds, SetTimer(window(), timerId, milliseconds, nullptr) != 0);
 }
 
 void MainWindow::stopTimer(std::uintptr_t timerId) {
+    refusedTimers_.forget(timerId);
     KillTimer(window(), timerId);
 }
 

@@ -8,6 +8,7 @@
 #include "app/local_settings.h"
 #include "app/please_wait_dialog.h"
 #include "app/session.h"
+#include "app/timer_table.h"
 #include "win32/dialog.h"
 #include "win32/tray_icon.h"
 #include "win32/window_poster.h"
@@ -89,6 +90,7 @@ class MainWindow final : public win32::Dialog, private SessionHost {
     // Events from the library
     void deliverEvents();
     bool deliverWhenIdle();
+    bool retryRefusedTimers();
     void showChanges(bool isLast);
 
     // Tray icon and painting
@@ -113,6 +115,7 @@ class MainWindow final : public win32::Dialog, private SessionHost {
     std::string libraryVersionText_;
     std::string helpPath_;
     bool scratchWarningShown_ = false;
+    RefusedTimers refusedTimers_;
     std::uint32_t lastRefresh_ = 0;   // tick count
     std::uint32_t refreshPause_ = 0;  // milliseconds until the next one while events pour in
 };

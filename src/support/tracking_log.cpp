@@ -6,7 +6,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
-#include <system_error>
+#include <exception>
 
 namespace orvc {
 namespace {
@@ -58,7 +58,7 @@ int TrackingLog::queueRaw(std::string_view text) {
     {
         const std::lock_guard lock(mutex_);
         if (fileOpen_) {
-            appendLocked(text);
+            appendLocked({text});
             return 1;
         }
     }
@@ -67,6 +67,14 @@ int TrackingLog::queueRaw(std::string_view text) {
 }
 
 void TrackingLog::appendLine(bool counted, std::string_view message) {
+    try {
+        makeLine(counted, message);
+    } catch (const std::exception&) {
+        system_.writeToDebugger("A line of the tracking file was lost: no memory\n");
+    }
+}
+
+void TrackingLog::makeLine(bool counted, std::string_view message) {
     std::array<char, 32> counter;
     std::string toDebugger;
     {
@@ -81,10 +89,7 @@ void TrackingLog::appendLine(bool counted, std::string_view message) {
             count = {counter.data(), static_cast<std::size_t>(std::max(length, 0))};
         }
         if (fileOpen_) {
-            appendLocked(stamp);
-            appendLocked(count);
-            appendLocked(message);
-            appendLocked("\n");
+            appendLocked({stamp, count, message, "\n"});
             return;
         }
         toDebugger.append(stamp).append(count).append(message).append("\n");
@@ -92,13 +97,23 @@ void TrackingLog::appendLine(bool counted, std::string_view message) {
     system_.writeToDebugger(toDebugger.c_str());
 }
 
-void TrackingLog::appendLocked(std::string_view text) {
-    if (queue_.empty() || queue_.back().size() + text.size() > kChunkSize) {
-        queue_.emplace_back();
-        if (spareChunk_.capacity() >= kChunkSize) queue_.back().swap(spareChunk_);
-        queue_.back().reserve(std::max(kChunkSize, text.size()));
+// A line is queued whole or, when there is no memory for it, not at all.
+void TrackingLog::appendLocked(std::initializer_list<std::string_view> parts) {
+    if (writeFailed_) return;  // nobody will write it
+    std::size_t size = 0;
+    for (const std::string_view part : parts)
+        size += part.size();
+    if (queue_.empty() || queue_.back().size() + size > kChunkSize) {
+        std::string chunk;
+        if (spareChunk_.capacity() >= kChunkSize) chunk.swap(spareChunk_);
+        chunk.reserve(std::max(kChunkSize, size));
+        queue_.push_back(std::move(chunk));
     }
-    std::string& chunk = queue_.back();
+    for (const std::string_view part : parts)
+        appendWithoutCarriageReturns(queue_.back(), part);
+}
+
+void TrackingLog::appendWithoutCarriageReturns(std::string& chunk, std::string_view text) {
     while (!text.empty()) {
         const auto* cr = static_cast<const char*>(std::memchr(text.data(), '\r', text.size()));
         const std::size_t length = cr ? static_cast<std::size_t>(cr - text.data()) : text.size();
@@ -122,6 +137,15 @@ void TrackingLog::OpenCloseDebugFile(bool close, bool force) {
         closeDebug();
         return;
     }
+    try {
+        openFile();
+    } catch (const std::exception&) {
+        closeDebug();
+        system_.writeToDebugger("OpenCloseDebugFile: Failed to open the debug file: no memory\n");
+    }
+}
+
+void TrackingLog::openFile() {
     std::string path = supportFolder_ + kFileName;
     if (file_) closeDebug();
     file_ = system_.openForAppending(path);
@@ -143,14 +167,16 @@ bool TrackingLog::startWriter() {
     {
         const std::lock_guard lock(mutex_);
         quit_ = false;
+        writeFailed_ = false;
         fileOpen_ = true;
     }
     try {
         writing_ = true;
         writer_ = std::thread([this] { runWriter(); });
         return true;
-    } catch (const std::system_error&) {
-        // Without a writer no line would ever reach the file: the log goes on as with no file open.
+    } catch (const std::exception&) {
+        // No thread, or no memory for one. Without a writer no line would ever reach the file: the log goes on as with
+        // no file open.
         writing_ = false;
         closeDebug();
         return false;
@@ -206,6 +232,11 @@ void TrackingLog::runWriter() {
         }
         // Lines do not wake the writer: it looks for them ten times a second, so that a caller only appends.
         wake_.wait_for(lock, kIdlePause, [this] { return quit_; });
+    }
+    if (failed) {
+        // What comes until the file is closed is never written: it need not be kept.
+        writeFailed_ = true;
+        queue_.clear();
     }
     lock.unlock();
     if (failed) system_.writeToDebugger("debugThread: Write to debug tracking file failed - exitting thread\n");

@@ -1,10 +1,12 @@
 #include "win32/dialog.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdio>
 #include <exception>
+#include <new>
 #include <vector>
 
-#include "support/text.h"
 #include "win32/message_loop.h"
 
 namespace orvc::win32 {
@@ -50,7 +52,8 @@ Dialog::~Dialog() {
 
 int Dialog::runModal(HWND owner) {
     result_.reset();
-    if (!create(owner)) return -1;
+    runningDialogs().reserve(runningDialogs().size() + 1);
+    if (!create(owner)) throw std::bad_alloc();
     const bool ownerWasEnabled = owner != nullptr && EnableWindow(owner, FALSE) == 0;
     runningDialogs().push_back(this);
     ShowWindow(window_, SW_SHOW);
@@ -75,8 +78,12 @@ void Dialog::destroy() {
 
 bool Dialog::create(HWND owner) {
     const DLGTEMPLATE* found = resources_.findDialog(templateId_);
-    return found != nullptr && CreateDialogIndirectParamA(GetModuleHandleA(nullptr), found, owner, dialogProcedure,
-                                                          reinterpret_cast<LPARAM>(this)) != nullptr;
+    initFailed_ = false;
+    if (found == nullptr || CreateDialogIndirectParamA(GetModuleHandleA(nullptr), found, owner, dialogProcedure,
+                                                       reinterpret_cast<LPARAM>(this)) == nullptr)
+        return false;
+    if (initFailed_) destroy();
+    return !initFailed_;
 }
 
 void Dialog::endDialog(int result) {
@@ -108,7 +115,11 @@ INT_PTR CALLBACK Dialog::dialogProcedure(HWND window, UINT message, WPARAM wPara
     try {
         return dialog->handle(message, wParam, lParam);
     } catch (const std::exception& error) {
-        OutputDebugStringA(formatText("Message 0x%x failed: %s\n", message, error.what()).c_str());
+        std::array<char, 256> text;
+        std::snprintf(text.data(), text.size(), "Message 0x%x failed: %s\n", message, error.what());
+        OutputDebugStringA(text.data());
+        if (message == WM_INITDIALOG) dialog->initFailed_ = true;
+        if (message == WM_COMMAND) tellNoMemory(window);
         return FALSE;
     }
 }
@@ -206,6 +217,13 @@ int Dialog::dpi() const {
 
 void showMessage(HWND owner, const std::string& text, const std::string& caption) {
     MessageBoxA(owner, text.c_str(), caption.c_str(), MB_OK);
+}
+
+void tellNoMemory(HWND owner) {
+    std::array<char, 512> text{};
+    FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, ERROR_NOT_ENOUGH_MEMORY, 0,
+                   text.data(), static_cast<DWORD>(text.size()), nullptr);
+    MessageBoxA(owner, text.data(), nullptr, MB_OK | MB_ICONERROR);  // no caption = Windows' "Error"
 }
 
 bool askYesNo(HWND owner, const std::string& text, const std::string& caption) {

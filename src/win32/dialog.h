@@ -13,15 +13,16 @@ namespace orvc::win32 {
 // Purpose: keeps the object with its window and turns messages into calls of named handlers.
 // Thread: user-interface thread. Lifetime: the object lives on its caller's stack (or in its owner) longer than its
 // window; the destructor destroys a window that is still there.
-// Guarantees: no exception leaves the window procedure; one that a handler throws is shown to the debugger.
+// Guarantees: no exception leaves the window procedure; one that a handler throws is shown to the debugger, and what
+// the operator asked for in vain is told. A dialog whose onInit() throws does not come up.
 class Dialog {
   public:
     virtual ~Dialog();
     Dialog(const Dialog&) = delete;
     Dialog& operator=(const Dialog&) = delete;
 
-    // Shows the dialog, disables `owner` and handles messages until endDialog(). Returns its result, or -1 when the
-    // window could not be made. An owner that was disabled before stays so.
+    // Shows the dialog, disables `owner` and handles messages until endDialog(). Returns its result. An owner that was
+    // disabled before stays so. Throws std::bad_alloc when the window cannot be made.
     int runModal(HWND owner);
     // Makes and shows the window and returns; false when it could not be made.
     bool createModeless(HWND owner);
@@ -76,11 +77,14 @@ class Dialog {
     const Resources& resources_;
     unsigned templateId_;
     HWND window_ = nullptr;
+    bool initFailed_ = false;
     std::optional<int> result_;
 };
 
 // A modal box with an OK button.
 void showMessage(HWND owner, const std::string& text, const std::string& caption);
+// A modal box that says, in Windows' own words, that memory has run out. Needs none itself.
+void tellNoMemory(HWND owner);
 // A modal Yes/No box; true for Yes.
 bool askYesNo(HWND owner, const std::string& text, const std::string& caption);
 

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <exception>
+#include <new>
 
 #include "link/event_blocks.h"
 
@@ -69,6 +70,7 @@ void EventCallback::onEvent(std::uint32_t code, std::int32_t number, const void*
         case event_code::kServerStop:
             if (spareStop_ == nullptr) spareStop_ = std::make_unique<StopBlock>();
             handOver_.put(std::move(spareStop_));
+            spareStop_.reset(new (std::nothrow) StopBlock);
             return;
         case event_code::kUserConnected:
             log_.log("Console user %s connected", text());

@@ -29,6 +29,11 @@ constexpr DWORD kRetryPause = 20;
 // Milliseconds for which a wait for the server does not fall asleep.
 constexpr std::uint32_t kAnswerTime = 3;
 
+// Commands that the tray icon's menu gives while a dialog is open.
+bool mayInterrupt(unsigned command) {
+    return command == IDM_EXIT || command == IDM_RECORD_EVENTS || command == IDM_TRAY_RESTORE;
+}
+
 // Passes every keystroke on.
 LRESULT CALLBACK keyboardProcedure(int code, WPARAM wParam, LPARAM lParam) {
     return CallNextHookEx(nullptr, code, wParam, lParam);
@@ -162,6 +167,8 @@ void MainWindow::rememberSize() {
 // Messages
 
 bool MainWindow::onCommand(unsigned id, unsigned) {
+    // A command that was given twice, or while a dialog opened, comes when the dialog is there.
+    if (IsWindowEnabled(window()) == 0 && !mayInterrupt(id)) return true;
     switch (id) {
         case IDM_LOGOFF:
             session_.logoff();

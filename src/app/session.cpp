@@ -267,6 +267,8 @@ void Session::onServerStop() {
         // What is still due belongs to the logon that has ended: the next one has deadlines of its own.
         for (const std::uintptr_t due : {timer::kSubscriptionStart, timer::kReload, timer::kCompletionWait})
             host_.stopTimer(due);
+        // While the logon dialog is open no timer looks after a reload.
+        if (reloadRunning_) endReload();
         clearServerLists();
         clearMirror();
         host_.showTitle({});
@@ -375,6 +377,10 @@ void Session::askForSettingsAgain() {
 
 void Session::waitForReload() {
     if (loggedOn_ && !bShuttingDown_ && !settingsReady_) return;
+    endReload();
+}
+
+void Session::endReload() {
     reloadRunning_ = false;
     host_.stopTimer(timer::kReloadWait);
     host_.closePleaseWait();

@@ -101,6 +101,7 @@ class Session {
     void releaseCurrentSettings();
     void askForSettingsAgain();
     void waitForReload();
+    void endReload();
     bool areSettingsComplete() const { return serverSettings_.isComplete(clock_, graceDeadline_); }
     void clearServerLists();
     void clearMirror();

@@ -138,8 +138,7 @@ class FaultConsole final : public SessionHost, public ServerLink, public WindowP
             send("\\ORVS\\Events\\{the second Event's key}\\completeBits", nullptr, 0);
             send("\\ORVS\\Events\\{the second Event's key}\\EventName", round, 0);
         }
-        for (const char* text :
-             {"\\ORVS\\userName", "\\ORVS\\password", "\\ORVS\\smtpHost", "\\ORVS\\defaultFrom"})
+        for (const char* text : {"\\ORVS\\userName", "\\ORVS\\password", "\\ORVS\\smtpHost", "\\ORVS\\defaultFrom"})
             send(text, "a text that is longer than a short one", 0);
         send("\\ORVS\\completeBits", nullptr, 1);
         return 0;
@@ -192,9 +191,9 @@ class FaultConsole final : public SessionHost, public ServerLink, public WindowP
     TrackingLog log;
 
   private:
-    Session session_{*this, *this, *this, log, clock_, settings_, [](std::string_view name) {
-                         return std::string(name);
-                     }};
+    Session session_{
+        *this, *this, *this, log, clock_, settings_, [](std::string_view name) {
+                         return std::string(name); }};
 };
 
 }  // namespace orvc

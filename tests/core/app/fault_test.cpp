@@ -32,7 +32,8 @@ class FaultyLogSystem final : public LogSystem {
 };
 
 const std::string kWhole =
-    "10 variables, a new name that is long, a new name that is long, All Days, All Day, a new name that is long, Nurses of "
+    "10 variables, a new name that is long, a new name that is long, All Days, All Day, a new name that is long, "
+    "Nurses of "
     "1, Chime";
 
 class FaultTest : public testing::Test {

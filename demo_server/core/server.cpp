@@ -78,13 +78,13 @@ void Server::drawFaults() {
     const auto oneIn = [this](std::uint32_t chances) { return faults_() % chances == 0; };
     const auto upTo = [this](std::uint32_t most) { return Millis{faults_() % (most + 1)}; };
     if (oneIn(16)) options_.refusals.push_back(oneIn(2) ? logon_result::kTimedOut : logon_result::kServerNotFound);
-    options_.stopAfter = oneIn(4) ? std::nullopt : std::optional(upTo(300));
+    options_.stopAfter = oneIn(8) ? std::nullopt : std::optional(upTo(300));
     options_.reloadAfter = oneIn(2) ? std::optional(upTo(150)) : std::nullopt;
     options_.resendValues = oneIn(2);
     options_.shuffleSeed = oneIn(4) ? std::optional<std::uint32_t>(faults_()) : std::nullopt;
     options_.slow = oneIn(16) ? 1 : 0;
     options_.lateMembers = oneIn(4) ? upTo(100) : 0;
-    options_.lateStop = oneIn(4) ? upTo(1500) : 0;
+    options_.lateStop = oneIn(16) ? upTo(1200) : 0;
     options_.incomplete = oneIn(4);
     options_.muteFiles = oneIn(8);
 }

@@ -491,9 +491,8 @@ void MainWindow::stopTimer(std::uintptr_t timerId) {
 LogonOutcome MainWindow::runLogonDialog(const LogonEntry& entry) {
     CKSLogonDlg dialog(parts_.resources, parts_.link, parts_.log, entry);
     // After a server stop an editor or a message box may be open: the logon comes before it.
-    const HWND owner = topmostModal();
-    LogonOutcome outcome = dialog.run(GetLastActivePopup(owner));
-    if (owner == window()) SetFocus(control(IDC_EVENT_LIST));
+    LogonOutcome outcome = dialog.run(topmostWaiting());
+    if (topmostModal() == window()) SetFocus(control(IDC_EVENT_LIST));
     return outcome;
 }
 

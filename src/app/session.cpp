@@ -95,8 +95,10 @@ void Session::doLogon() {
         loggedOn_ = outcome.success;
         if (outcome.cancelled)
             bShuttingDown_ = true;
-        else
+        else if (outcome.success)
             takeLogon(outcome);
+        else
+            logonRequested_ = entry.mayLogOnAtOnce;  // the dialog went away: it comes again
     } catch (const std::exception&) {
         // The server shall hold no logon of which only half is known here.
         link_.stop();

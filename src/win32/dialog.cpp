@@ -30,20 +30,6 @@ bool isOwnedBy(HWND window, HWND owner) {
     return window != nullptr;
 }
 
-// Answers a message box or another dialog of Windows' own above `dialogWindow` with No or Cancel.
-BOOL CALLBACK cancelForeignDialog(HWND window, LPARAM dialogWindow) {
-    char className[16] = "";
-    GetClassNameA(window, className, sizeof className);
-    const bool isOurs =
-        std::ranges::any_of(runningDialogs(), [window](Dialog* dialog) { return dialog->window() == window; });
-    const HWND owner = reinterpret_cast<HWND>(dialogWindow);
-    if (lstrcmpiA(className, "#32770") != 0 || isOurs || !IsWindowVisible(window) || window == owner ||
-        !isOwnedBy(window, owner))
-        return TRUE;
-    PostMessageA(window, WM_COMMAND, GetDlgItem(window, IDNO) != nullptr ? IDNO : IDCANCEL, 0);
-    return TRUE;
-}
-
 }  // namespace
 
 Dialog::~Dialog() {
@@ -102,6 +88,33 @@ void Dialog::cancelDialogsAbove() {
 
 HWND Dialog::topmostModal() {
     return runningDialogs().empty() ? nullptr : runningDialogs().back()->window();
+}
+
+HWND Dialog::topmostWaiting() {
+    HWND found = topmostModal();
+    EnumThreadWindows(GetCurrentThreadId(), findForeignDialog, reinterpret_cast<LPARAM>(&found));
+    return found;
+}
+
+BOOL CALLBACK Dialog::findForeignDialog(HWND window, LPARAM found) {
+    HWND& topmost = *reinterpret_cast<HWND*>(found);
+    if (isForeignDialogAbove(window, topmost)) topmost = window;
+    return TRUE;
+}
+
+// Answers a message box or another dialog of Windows' own above `dialogWindow` with No or Cancel.
+BOOL CALLBACK Dialog::cancelForeignDialog(HWND window, LPARAM dialogWindow) {
+    if (isForeignDialogAbove(window, reinterpret_cast<HWND>(dialogWindow)))
+        PostMessageA(window, WM_COMMAND, GetDlgItem(window, IDNO) != nullptr ? IDNO : IDCANCEL, 0);
+    return TRUE;
+}
+
+bool Dialog::isForeignDialogAbove(HWND window, HWND dialogWindow) {
+    char className[16] = "";
+    GetClassNameA(window, className, sizeof className);
+    return lstrcmpiA(className, "#32770") == 0 && IsWindowVisible(window) && window != dialogWindow &&
+           isOwnedBy(window, dialogWindow) &&
+           reinterpret_cast<DLGPROC>(GetWindowLongPtrA(window, DWLP_DLGPROC)) != dialogProcedure;
 }
 
 INT_PTR CALLBACK Dialog::dialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {

@@ -32,6 +32,9 @@ class Dialog {
 
     // The window of the dialog whose runModal() started last; null when none runs.
     static HWND topmostModal();
+    // The message box or other dialog of Windows' own above it, else topmostModal(). Windows that may go at any time,
+    // such as one that says "Please Wait", are passed over: what they own would go with them.
+    static HWND topmostWaiting();
 
   protected:
     // `resources` outlives the dialog.
@@ -72,6 +75,9 @@ class Dialog {
     bool create(HWND owner);
     void cancelDialogsAbove();
     INT_PTR handle(UINT message, WPARAM wParam, LPARAM lParam);
+    static BOOL CALLBACK findForeignDialog(HWND window, LPARAM found);
+    static BOOL CALLBACK cancelForeignDialog(HWND window, LPARAM dialogWindow);
+    static bool isForeignDialogAbove(HWND window, HWND dialogWindow);
     static INT_PTR CALLBACK dialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
     const Resources& resources_;

@@ -94,7 +94,7 @@ class LifeCycleTest : public ConsoleTest {
                                           IDM_PREFERENCES,  IDM_SCHEDULES,    IDM_ABOUT,        IDM_CLEAR_FILE};
         if (const std::size_t count = console_.eventCount(); count > 0)
             console_.selectRow(static_cast<int>(random_() % count));
-        console_.choose(oneIn(40) ? IDM_LOGOFF : kCommands[random_() % std::size(kCommands)]);
+        console_.choose(oneIn(12) ? IDM_LOGOFF : kCommands[random_() % std::size(kCommands)]);
     }
     // Closes the window that is on top; an editor is saved now and then. Returns whether there was one.
     bool closeSomething() {
@@ -122,7 +122,7 @@ class LifeCycleTest : public ConsoleTest {
             step();
             ASSERT_LT(GetTickCount() - start, 60'000u + 2'000u * static_cast<unsigned>(cycles)) << "it stands still";
         }
-        ASSERT_TRUE(console_.isRunning());
+        ASSERT_TRUE(console_.isRunning()) << "it ended with " << console_.exitCode();
     }
     // Logs off and waits until nothing but the logon dialog is left.
     void settle() {
@@ -169,11 +169,8 @@ class LifeCycleTest : public ConsoleTest {
 };
 
 TEST_F(LifeCycleTest, EndsInOrderAfterAFewCycles) {
-    const DWORD t0 = GetTickCount();
     live(10);
-    const DWORD t1 = GetTickCount();
     settle();
-    std::cout << t1 - t0 << " ms, " << GetTickCount() - t1 << std::endl;
     endConsole();
 }
 

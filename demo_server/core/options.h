@@ -27,6 +27,8 @@ struct Options {
     bool admin = true;                         // admin=0: nobody has admin rights
     std::optional<Millis> stopAfter;           // stop-after=SECONDS, after each logon
     std::optional<Millis> stopOnce;            // stop-once=SECONDS, after the first logon only
+    Millis lateStop = 0;                       // late-stop=MS
+    std::optional<std::uint32_t> faultSeed;    // faults=SEED: each logon draws its own faults
     Millis slow = 0;                           // slow=MS before each notification of a subscription
     std::optional<std::uint32_t> shuffleSeed;  // shuffle=SEED
     bool muteFiles = false;                    // mute-files=1: a read is never answered

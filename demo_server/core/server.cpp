@@ -28,7 +28,8 @@ Server::Server(Installation installation, Options options, std::vector<std::stri
       options_(std::move(options)),
       notices_(std::move(notices)),
       host_(host),
-      random_(static_cast<std::mt19937::result_type>(host.ticks() ^ host.utcSeconds())) {}
+      random_(static_cast<std::mt19937::result_type>(host.ticks() ^ host.utcSeconds())),
+      faults_(options_.faultSeed.value_or(0)) {}
 
 Server::~Server() {
     close();
@@ -39,6 +40,7 @@ Server::~Server() {
 std::int32_t Server::start(const KSSocketAddress& address, std::string_view logonId, std::string_view password,
                            bool& isAdmin) {
     if (loggedOn_) return logon_result::kAlreadyLoggedIn;
+    if (options_.faultSeed) drawFaults();
     if (refusalsGiven_ < options_.refusals.size()) return options_.refusals[refusalsGiven_++];
     if (!isLoopback(address)) return logon_result::kServerNotFound;
     const auto user = std::find_if(installation_.users.begin(), installation_.users.end(), [&](const User& known) {
@@ -71,6 +73,22 @@ void Server::sendDirectory() {
     queue(makeQueuesRun());
 }
 
+// What the other options can be asked for one by one. A logon is refused at times, and usually stopped soon.
+void Server::drawFaults() {
+    const auto oneIn = [this](std::uint32_t chances) { return faults_() % chances == 0; };
+    const auto upTo = [this](std::uint32_t most) { return Millis{faults_() % (most + 1)}; };
+    if (oneIn(16)) options_.refusals.push_back(oneIn(2) ? logon_result::kTimedOut : logon_result::kServerNotFound);
+    options_.stopAfter = oneIn(8) ? std::nullopt : std::optional(upTo(300));
+    options_.reloadAfter = oneIn(2) ? std::optional(upTo(150)) : std::nullopt;
+    options_.resendValues = oneIn(2);
+    options_.shuffleSeed = oneIn(4) ? std::optional<std::uint32_t>(faults_()) : std::nullopt;
+    options_.slow = oneIn(16) ? 1 : 0;
+    options_.lateMembers = oneIn(4) ? upTo(100) : 0;
+    options_.lateStop = oneIn(16) ? upTo(1200) : 0;
+    options_.incomplete = oneIn(4);
+    options_.muteFiles = oneIn(8);
+}
+
 void Server::makeAppointments() {
     const Millis now = host_.ticks();
     const auto add = [&](const std::optional<Millis>& delay, Action action) {
@@ -95,12 +113,16 @@ void Server::endLogon() {
 std::int32_t Server::stop() {
     if (!loggedOn_) return kDone;
     endLogon();
-    queue(makeSignalRun(event_code::kServerStop));
+    if (options_.lateStop > 0)
+        appointments_.push_back({host_.ticks() + options_.lateStop, Action::kTellStop, 0});
+    else
+        queue(makeSignalRun(event_code::kServerStop));
     return kDone;
 }
 
 void Server::close() {
     endLogon();
+    appointments_.clear();
     outbox_.clear();
 }
 
@@ -240,6 +262,9 @@ void Server::keep(const Appointment& appointment) {
     switch (appointment.action) {
         case Action::kStop:
             stop();
+            break;
+        case Action::kTellStop:
+            queue(makeSignalRun(event_code::kServerStop));
             break;
         case Action::kAnnounceReload:
             queue(makeSignalRun(event_code::kSettingsUpdate));

@@ -89,7 +89,7 @@ class Server {
     const Installation& installation() const { return installation_; }
 
   private:
-    enum class Action : std::uint8_t { kStop, kAnnounceReload, kFireEvent, kSendMembers };
+    enum class Action : std::uint8_t { kStop, kTellStop, kAnnounceReload, kFireEvent, kSendMembers };
     struct Appointment {
         Millis due;
         Action action;
@@ -98,6 +98,7 @@ class Server {
 
     void sendDirectory();
     void sendAfterLogon(const User& user);
+    void drawFaults();
     void makeAppointments();
     void endLogon();
     void keep(const Appointment& appointment);
@@ -109,7 +110,7 @@ class Server {
     void fireSomeEvent();
 
     Installation installation_;
-    const Options options_;
+    Options options_;
     const std::vector<std::string> notices_;
     Host& host_;
 
@@ -121,6 +122,7 @@ class Server {
     std::vector<Appointment> appointments_;
     std::atomic<std::uint32_t> generation_{0};
     std::mt19937 random_;
+    std::mt19937 faults_;
 
     std::optional<Millis> firstChange_;  // since the last save
     Millis saveDue_ = 0;

@@ -4,6 +4,8 @@
 
 #include <commctrl.h>
 
+#include <exception>
+
 #include "app/main_window.h"
 #include "support/language.h"
 #include "win32/library_search.h"
@@ -26,9 +28,7 @@ void selectLanguage(win32::Resources& resources, TrackingLog& log) {
         log.log("Loaded language from ORVSConfig.EXE");
 }
 
-}  // namespace
-
-int runConsole() {
+void run() {
     win32::restrictLibrarySearch();
     INITCOMMONCONTROLSEX classes{};
     classes.dwSize = sizeof classes;
@@ -48,7 +48,18 @@ int runConsole() {
     window.warnAboutScratchFolder(settings.load(StartMode::kStandalone));
     window.runModal(nullptr);
     settings.save();
-    return 0;
+}
+
+}  // namespace
+
+int runConsole() {
+    try {
+        run();
+        return 0;
+    } catch (const std::exception&) {
+        win32::tellNoMemory(nullptr);
+        return 1;
+    }
 }
 
 }  // namespace orvc

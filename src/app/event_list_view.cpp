@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <exception>
 #include <utility>
 
 #include "resources/resource.h"
@@ -65,7 +66,11 @@ void EventListView::refresh() {
     }
     if (row != selectedRow_) select(row);
     refreshing_ = false;
-    repaintChangedRows(count < before);
+    try {
+        repaintChangedRows(count < before);
+    } catch (const std::exception&) {
+        InvalidateRect(list_, nullptr, FALSE);  // no memory to find out which: all of them
+    }
 }
 
 // While events pour in most of them change nothing that is to be seen, and painting is dear.
@@ -140,6 +145,7 @@ std::optional<LRESULT> EventListView::onNotify(NMHDR& header) {
 void EventListView::fillItem(LVITEMA& item) {
     const auto row = static_cast<std::size_t>(item.iItem);
     if ((item.mask & LVIF_TEXT) == 0 || item.pszText == nullptr || item.cchTextMax <= 0) return;
+    *item.pszText = '\0';
     cellText_.clear();
     if (item.iItem >= 0 && row < rows_.size())
         cellText_ = eventCellText(rows_.at(row), static_cast<EventColumn>(item.iSubItem), strings_, clock_);

@@ -34,7 +34,6 @@ CKSLogonDlg::CKSLogonDlg(const win32::Resources& resources, ServerLink& link, Tr
 
 LogonOutcome CKSLogonDlg::run(HWND owner) {
     outcome_ = {};
-    outcome_.cancelled = true;
     runModal(owner);
     return outcome_;
 }
@@ -95,6 +94,7 @@ void CKSLogonDlg::showOptions(bool shown) {
 }
 
 LogonEntry CKSLogonDlg::readEntry() {
+    if (window() == nullptr) return entry_;  // it went while messages were handled
     entry_.logonId = readText(IDC_LOGON_ID);
     entry_.password = readText(IDC_LOGON_PASSWORD);
     entry_.address = readText(IDC_LOGON_ADDRESS);

@@ -24,8 +24,15 @@ namespace {
 // time.
 constexpr std::uint32_t kRefreshPeriod = 100;
 constexpr std::uint32_t kRefreshShare = 10;
+// Milliseconds between two attempts to start a timer that Windows refused.
+constexpr DWORD kRetryPause = 20;
 // Milliseconds for which a wait for the server does not fall asleep.
 constexpr std::uint32_t kAnswerTime = 3;
+
+// Commands that the tray icon's menu gives while a dialog is open.
+bool mayInterrupt(unsigned command) {
+    return command == IDM_EXIT || command == IDM_RECORD_EVENTS || command == IDM_TRAY_RESTORE;
+}
 
 // Passes every keystroke on.
 LRESULT CALLBACK keyboardProcedure(int code, WPARAM wParam, LPARAM lParam) {
@@ -157,6 +164,8 @@ void MainWindow::rememberSize() {
 // Messages
 
 bool MainWindow::onCommand(unsigned id, unsigned) {
+    // A command that was given twice, or while a dialog opened, comes when the dialog is there.
+    if (IsWindowEnabled(window()) == 0 && !mayInterrupt(id)) return true;
     switch (id) {
         case IDM_LOGOFF:
             session_.logoff();
@@ -225,6 +234,7 @@ void MainWindow::runFromList(unsigned command) {
 
 bool MainWindow::onTimer(std::uintptr_t timerId) {
     // Whichever timer it is, undelivered events come first: a post that was refused left no other call.
+    retryRefusedTimers();
     if (timerId == timer::kHandOver || session_.hasUndeliveredEvents()) deliverEvents();
     if (timerId != timer::kHandOver) session_.onTimer(timerId);
     // Windows' own handling of the timer follows.
@@ -273,6 +283,7 @@ std::optional<LRESULT> MainWindow::onMessage(UINT message, WPARAM wParam, LPARAM
             rememberSize();
             session_.doShutdown();
             parts_.settings.save();
+            endDialog(IDCANCEL);
             return 0;
         case WM_DESTROY:
             session_.doShutdown();
@@ -318,9 +329,18 @@ void MainWindow::deliverEvents() {
 }
 
 bool MainWindow::deliverWhenIdle() {
-    if (!session_.hasUndeliveredEvents()) return false;
-    deliverEvents();
-    return session_.hasUndeliveredEvents();
+    const bool someRefused = retryRefusedTimers();
+    if (session_.hasUndeliveredEvents()) deliverEvents();
+    if (session_.hasUndeliveredEvents()) return true;
+    // Nothing else may come for what waits for its timer.
+    if (someRefused) Sleep(kRetryPause);
+    return someRefused;
+}
+
+bool MainWindow::retryRefusedTimers() {
+    return refusedTimers_.retry([this](std::uintptr_t timerId, std::uint32_t milliseconds) {
+        return SetTimer(window(), timerId, milliseconds, nullptr) != 0;
+    });
 }
 
 void MainWindow::showChanges(bool isLast) {
@@ -452,19 +472,19 @@ void MainWindow::onTrayMessage(LPARAM mouseMessage) {
 // SessionHost
 
 void MainWindow::startTimer(std::uintptr_t timerId, std::uint32_t milliseconds) {
-    SetTimer(window(), timerId, milliseconds, nullptr);
+    refusedTimers_.note(timerId, milliseconds, SetTimer(window(), timerId, milliseconds, nullptr) != 0);
 }
 
 void MainWindow::stopTimer(std::uintptr_t timerId) {
+    refusedTimers_.forget(timerId);
     KillTimer(window(), timerId);
 }
 
 LogonOutcome MainWindow::runLogonDialog(const LogonEntry& entry) {
     CKSLogonDlg dialog(parts_.resources, parts_.link, parts_.log, entry);
     // After a server stop an editor or a message box may be open: the logon comes before it.
-    const HWND owner = topmostModal();
-    LogonOutcome outcome = dialog.run(topmostToAnswer());
-    if (owner == window()) SetFocus(control(IDC_EVENT_LIST));
+    LogonOutcome outcome = dialog.run(topmostWaiting());
+    if (topmostModal() == window()) SetFocus(control(IDC_EVENT_LIST));
     return outcome;
 }
 

@@ -9,6 +9,7 @@
 #include "app/local_settings.h"
 #include "app/please_wait_dialog.h"
 #include "app/session.h"
+#include "app/timer_table.h"
 #include "win32/dialog.h"
 #include "win32/tray_icon.h"
 #include "win32/window_poster.h"
@@ -88,6 +89,7 @@ class MainWindow final : public win32::Dialog, private SessionHost {
     // Events from the library
     void deliverEvents();
     bool deliverWhenIdle();
+    bool retryRefusedTimers();
     void showChanges(bool isLast);
 
     // Tray icon and painting
@@ -112,6 +114,7 @@ class MainWindow final : public win32::Dialog, private SessionHost {
     LibraryVersion libraryVersion_;
     std::string libraryVersionText_;
     bool scratchWarningShown_ = false;
+    RefusedTimers refusedTimers_;
     std::uint32_t lastRefresh_ = 0;   // tick count
     std::uint32_t refreshPause_ = 0;  // milliseconds until the next one while events pour in
 };

@@ -1,6 +1,8 @@
 #include "app/session.h"
 
 #include <cstdlib>
+#include <exception>
+#include <utility>
 #include <vector>
 
 #include "model/variable_path.h"
@@ -36,7 +38,7 @@ Session::Session(SessionHost& host, ServerLink& link, WindowPoster& poster, Trac
       events_(link, directory_, log, clock, std::move(makeSortKey)),
       schedules_(link, log, clock),
       store_(log),
-      handOver_(poster, [this](std::unique_ptr<EventBlock> block) { receive(std::move(block)); }),
+      handOver_(poster, [this](const std::unique_ptr<EventBlock>& block) { receive(*block); }),
       callback_(handOver_, log, clock, kEventTimers) {
     store_.addOwner(events_);
     store_.addOwner(schedules_);
@@ -44,6 +46,13 @@ Session::Session(SessionHost& host, ServerLink& link, WindowPoster& poster, Trac
     store_.setAfterRouting([this] {
         if (!storeComplete_ && areSettingsComplete()) storeComplete_ = true;
     });
+}
+
+bool Session::deliverEvents() {
+    const bool done = handOver_.drain();
+    if (const std::size_t lost = handOver_.takeLostCount())
+        log_.log("%u events lost: no memory", static_cast<unsigned>(lost));
+    return done;
 }
 
 void Session::onTimer(std::uintptr_t timerId) {
@@ -87,16 +96,26 @@ void Session::doLogon() {
     entry.saveCredentials = !settings_.userName.empty();
     entry.mayLogOnAtOnce = logonRequested_;
     logonRequested_ = false;
-    const LogonOutcome outcome = host_.runLogonDialog(entry);
-    loggedOn_ = outcome.success;
-    if (outcome.cancelled)
-        bShuttingDown_ = true;
-    else
-        takeLogon(outcome);
+    try {
+        const LogonOutcome outcome = host_.runLogonDialog(entry);
+        loggedOn_ = outcome.success;
+        if (outcome.cancelled)
+            bShuttingDown_ = true;
+        else if (outcome.success)
+            takeLogon(outcome);
+        else
+            logonRequested_ = entry.mayLogOnAtOnce;  // the dialog went away: it comes again
+    } catch (const std::exception&) {
+        // The server shall hold no logon of which only half is known here.
+        link_.stop();
+        throw;
+    }
 }
 
 void Session::takeLogon(const LogonOutcome& outcome) {
     const LogonEntry& entry = outcome.entry;
+    logoffPending_ = false;
+    graceDeadline_ = clock_.now() + kSettingsGrace;
     settings_.ipAddress = entry.address;
     settings_.ipPort = static_cast<std::int32_t>(std::strtol(entry.port.c_str(), nullptr, 10));
     settings_.adapterName = host_.findAdapterName(entry.address);
@@ -104,7 +123,6 @@ void Session::takeLogon(const LogonOutcome& outcome) {
     log_.OpenCloseDebugFile(false, false);
     log_.log("*** ORVE Events Configuration Console Login ***");
     host_.showTitle(entry.logonId);
-    graceDeadline_ = clock_.now() + kSettingsGrace;
     schedules_.makeDefault();
     host_.refreshEventList();
     settings_.userName = entry.saveCredentials ? entry.logonId : std::string();
@@ -115,6 +133,7 @@ void Session::logoff() {
     if (!link_.isOpen()) return;
     // Until the stop event that this causes has been handled no timer may bring up the logon dialog.
     const ReentrancyCounter::Scope noTimers(timerRuns_);
+    logoffPending_ = loggedOn_;
     link_.stop();
     host_.pause(kLogoffPause);
     logonRequested_ = false;
@@ -123,7 +142,7 @@ void Session::logoff() {
 void Session::doShutdown() {
     const ReentrancyCounter::Scope run(shutdownRuns_);
     if (run.isOutermost()) {
-        log_.log("ORVC Version %s Stopped", host_.programVersion().c_str());
+        logStopped();
         host_.stopTimer(timer::kUnused);
         host_.stopTimer(timer::kLogon);
         host_.stopTimer(timer::kIdle);
@@ -151,6 +170,14 @@ void Session::doShutdown() {
     host_.removeTrayIcon();
 }
 
+void Session::logStopped() {
+    try {
+        log_.log("ORVC Version %s Stopped", host_.programVersion().c_str());
+    } catch (const std::exception&) {
+        log_.log("ORVC Stopped");  // no memory; the shutdown needs none
+    }
+}
+
 EventRecord& Session::saveEvent(const EventRecord& saved) {
     EventRecord& record = events_.store(saved);
     events_.write(record);
@@ -162,42 +189,42 @@ void Session::deleteEvent(EventRecord& record) {
     events_.remove(record);
 }
 
-void Session::receive(std::unique_ptr<EventBlock> block) {
-    switch (block->message()) {
+void Session::receive(const EventBlock& block) {
+    switch (block.message()) {
         case private_message::kNewIntercom:
-            onConnection(static_cast<const ConnectionBlock&>(*block));
+            onConnection(static_cast<const ConnectionBlock&>(block));
             break;
         case private_message::kServerStop:
             onServerStop();
             break;
         case private_message::kGroupInformation:
-            directory_.updateGroup(static_cast<const GroupBlock&>(*block).record);
+            directory_.updateGroup(static_cast<const GroupBlock&>(block).record);
             break;
         case private_message::kGroupMember:
-            directory_.doNewGroupMember(static_cast<std::uint32_t>(block->wParam()),
-                                        static_cast<const MemberBlock&>(*block).record);
+            directory_.doNewGroupMember(static_cast<std::uint32_t>(block.wParam()),
+                                        static_cast<const MemberBlock&>(block).record);
             break;
         case private_message::kVariable:
-            onVariable(static_cast<const VariableBlock&>(*block));
+            onVariable(static_cast<const VariableBlock&>(block));
             break;
         case private_message::kFileData:
-            fileReader_.append(static_cast<const FileDataBlock&>(*block).file,
-                               static_cast<const FileDataBlock&>(*block).bytes);
+            fileReader_.append(static_cast<const FileDataBlock&>(block).file,
+                               static_cast<const FileDataBlock&>(block).bytes);
             break;
         case private_message::kNewQueueMembership:
-            directory_.addQueueMembership(static_cast<const QueueBlock&>(*block).record);
+            directory_.addQueueMembership(static_cast<const QueueBlock&>(block).record);
             break;
         case private_message::kQueueMembershipUpdate:
-            directory_.updateQueueMembership(static_cast<const QueueBlock&>(*block).record);
+            directory_.updateQueueMembership(static_cast<const QueueBlock&>(block).record);
             break;
         case private_message::kServerGroup:
-            directory_.addServerGroup(static_cast<const ServerGroupBlock&>(*block).record);
+            directory_.addServerGroup(static_cast<const ServerGroupBlock&>(block).record);
             break;
         case private_message::kGroupMessage:
-            directory_.doNewGroupMessageInfo(static_cast<const MessageBlock&>(*block).record);
+            directory_.doNewGroupMessageInfo(static_cast<const MessageBlock&>(block).record);
             break;
         case private_message::kStartTimer:
-            host_.startTimer(block->wParam(), static_cast<const TimerBlock&>(*block).period);
+            host_.startTimer(block.wParam(), static_cast<const TimerBlock&>(block).period);
             break;
         default:
             break;
@@ -209,6 +236,7 @@ void Session::onConnection(const ConnectionBlock& block) {
         directory_.updateDevice(block.info, block.extra, block.socket());
     } catch (const std::exception&) {
         log_.log("OnCallDoNewIntercom: Caught from doNewIntercom");
+        throw;  // it is delivered again
     }
 }
 
@@ -232,25 +260,42 @@ void Session::onServerStop() {
         log_.writeToDebugger("Event:Stop. Console Shutdown disconnected from server\n");
     else
         log_.log("Event:Stop. Console disconnected from server");
+    // However this ends, the logon dialog may come up afterwards.
+    struct Pause {
+        bool& ready;
+        ~Pause() { ready = true; }
+    };
     linkReady_ = false;
+    const Pause pause{linkReady_};
     loggedOn_ = false;
-    logonRequested_ = true;
+    // A logoff's own stop may come long after the logoff: the logon that follows waits for the operator all the same.
+    logonRequested_ = !std::exchange(logoffPending_, false);
     log_.setUser({});
     if (!bShuttingDown_) {
         // What is still due belongs to the logon that has ended: the next one has deadlines of its own.
         for (const std::uintptr_t due : {timer::kSubscriptionStart, timer::kReload, timer::kCompletionWait})
             host_.stopTimer(due);
+        // While the logon dialog is open no timer looks after a reload.
+        if (reloadRunning_) endReload();
         clearServerLists();
         clearMirror();
         host_.showTitle({});
         host_.refreshEventList();
     }
-    linkReady_ = true;
 }
 
 void Session::startSubscription() {
     host_.stopTimer(timer::kSubscriptionStart);
     if (!loggedOn_) return;
+    try {
+        subscribe();
+    } catch (const std::exception&) {
+        host_.startTimer(timer::kSubscriptionStart, timer::kSubscriptionStartPeriod);
+        throw;
+    }
+}
+
+void Session::subscribe() {
     std::vector<std::string> keys;
     for (const Group& group : directory_.groups())
         if (group.record.expectedMembers != 0) keys.emplace_back(group.key());
@@ -313,22 +358,37 @@ void Session::releaseCurrentSettings() {
     callback_.takeSettingsUpdate();
     reloadRunning_ = true;
     host_.stopTimer(timer::kReload);
-    host_.openPleaseWait();
-    settingsReady_ = false;
-    storeComplete_ = false;
-    host_.pause(kReloadPause);
-    if (loggedOn_) {  // the server may have stopped during the pause
-        log_.log("releaseCurrentSettings: Deleting Server Group Information");
-        directory_.clear();
-        link_.getMessages();
-        link_.resendSettings();
-        startCompletionWait();
+    // The please-wait window must close again, whatever happens.
+    try {
+        host_.openPleaseWait();
+        askForSettingsAgain();
+    } catch (const std::exception&) {
+        settingsReady_ = true;
+        host_.startTimer(timer::kReloadWait, timer::kReloadWaitPeriod);
+        host_.startTimer(timer::kReload, timer::kReloadPeriod);
+        throw;
     }
     host_.startTimer(timer::kReloadWait, timer::kReloadWaitPeriod);
 }
 
+void Session::askForSettingsAgain() {
+    settingsReady_ = false;
+    storeComplete_ = false;
+    host_.pause(kReloadPause);
+    if (!loggedOn_) return;  // the server has stopped during the pause
+    log_.log("releaseCurrentSettings: Deleting Server Group Information");
+    directory_.clear();
+    link_.getMessages();
+    link_.resendSettings();
+    startCompletionWait();
+}
+
 void Session::waitForReload() {
     if (loggedOn_ && !bShuttingDown_ && !settingsReady_) return;
+    endReload();
+}
+
+void Session::endReload() {
     reloadRunning_ = false;
     host_.stopTimer(timer::kReloadWait);
     host_.closePleaseWait();

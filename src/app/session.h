@@ -44,7 +44,8 @@ class ReentrancyCounter {
 // Thread: everything belongs to the user-interface thread, but for callback(), which is called on the library's.
 // Lifetime: what the constructor takes outlives the session.
 // Guarantees: a timer that fires while another timer's work runs does nothing; nothing is called in the library after
-// doShutdown().
+// doShutdown(). What fails for want of memory throws out of the call and is done by a later tick or delivery; only an
+// event that could not be handled for a whole second is lost, which is logged.
 class Session {
   public:
     Session(SessionHost& host, ServerLink& link, WindowPoster& poster, TrackingLog& log, const Clock& clock,
@@ -54,7 +55,7 @@ class Session {
     void onTimer(std::uintptr_t timer);
 
     // Delivers what the library's thread put into the hand-over; true when nothing is left.
-    bool deliverEvents() { return handOver_.drain(); }
+    bool deliverEvents();
     bool hasUndeliveredEvents() const { return handOver_.isPending(); }
 
     void doLogon();
@@ -84,19 +85,23 @@ class Session {
     const VariableStore& store() const { return store_; }
 
   private:
-    void receive(std::unique_ptr<EventBlock> block);
+    void receive(const EventBlock& block);
     void onVariable(const VariableBlock& block);
     void onConnection(const ConnectionBlock& block);
     void onServerStop();
 
     void takeLogon(const LogonOutcome& outcome);
+    void logStopped();
     void startSubscription();
+    void subscribe();
     bool fetchGroupMembers(const std::string& groupKey);
     bool getListIcoms(const std::string& groupKey);
     void startCompletionWait();
     void doWaitSystemVariableComplete();
     void releaseCurrentSettings();
+    void askForSettingsAgain();
     void waitForReload();
+    void endReload();
     bool areSettingsComplete() const { return serverSettings_.isComplete(clock_, graceDeadline_); }
     void clearServerLists();
     void clearMirror();
@@ -123,6 +128,7 @@ class Session {
     bool linkReady_ = true;
     bool loggedOn_ = false;
     bool logonRequested_ = true;  // the next logon dialog may log on by itself
+    bool logoffPending_ = false;  // the stop event that a logoff causes is still to come
     bool bShuttingDown_ = false;
     bool storeComplete_ = false;
     bool settingsReady_ = false;

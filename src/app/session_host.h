@@ -36,7 +36,7 @@ struct LogonEntry {
     bool mayLogOnAtOnce = false;  // with saved credentials, without a click
 };
 
-struct LogonOutcome {
+struct LogonOutcome {      // neither = the dialog went away without the operator
     bool success = false;  // logged on with administrator rights
     bool cancelled = false;
     LogonEntry entry;

@@ -1,6 +1,7 @@
 #include "app/setup_email_dialog.h"
 
 #include <array>
+#include <system_error>
 
 #include "app/help_chapters.h"
 #include "editors/preferences/trial_email.h"
@@ -85,10 +86,15 @@ void CSetupEmailDlg::showEnabling() {
 // Sending
 
 void CSetupEmailDlg::startSending() {
-    task_ = std::make_unique<MailTask>(
-        trial_->server, makeTrialEmail(email_, win32::toUtf8),
-        [&log = trial_->log](const std::string& line) { log.log("%s", line.c_str()); },
-        [target = window()] { PostMessageA(target, kSendingEnded, 0, 0); });
+    try {
+        task_ = std::make_unique<MailTask>(
+            trial_->server, makeTrialEmail(email_, win32::toUtf8),
+            [&log = trial_->log](const std::string& line) { log.log("%s", line.c_str()); },
+            [target = window()] { PostMessageA(target, kSendingEnded, 0, 0); });
+    } catch (const std::system_error&) {  // no thread to be had
+        tell(MailTask::Outcome::kFailed);
+        return;
+    }
     // The focus would be lost with the edit or the button that has it.
     SetFocus(control(IDCANCEL));
     showEnabling();
@@ -132,9 +138,13 @@ void CSetupEmailDlg::finishSending() {
     pleaseWait_.destroy();
     showEnabling();
     SetFocus(control(IDOK));
+    tell(outcome);
+    if (outcome != MailTask::Outcome::kFailed) endDialog(IDOK);
+}
+
+void CSetupEmailDlg::tell(MailTask::Outcome outcome) {
     for (const TrialMessage& message : messagesFor(outcome))
         win32::showMessage(window(), resources().text(message.text), resources().text(message.caption));
-    if (outcome != MailTask::Outcome::kFailed) endDialog(IDOK);
 }
 
 void CSetupEmailDlg::onDestroy() {

@@ -45,6 +45,7 @@ class CSetupEmailDlg final : public win32::Dialog {
     void accept();
     void startSending();
     void finishSending();
+    void tell(MailTask::Outcome outcome);
 
     EventEmail email_;
     std::optional<EmailTrial> trial_;

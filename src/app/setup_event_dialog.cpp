@@ -279,7 +279,11 @@ void CSetupEventDlg::startFetch(PayloadFetch fetch) {
         pleaseWait_.createModeless(window());
         UpdateWindow(pleaseWait_.window());
     }
-    SetTimer(window(), isEmail ? kPollEmail : kPollSpokenText, kPollPeriod, nullptr);
+    if (SetTimer(window(), isEmail ? kPollEmail : kPollSpokenText, kPollPeriod, nullptr) != 0) return;
+    // Nothing would ever look for the file.
+    pleaseWait_.destroy();
+    form_.failFetch(fetch);
+    showLists();
 }
 
 void CSetupEventDlg::pollFetch(std::uintptr_t timer) {

@@ -188,16 +188,18 @@ void EventForm::setEmail(EventEmail email) {
 
 void EventForm::takeFetchedText(std::string text) {
     spokenText_ = std::move(text);
-    responseLine_ = describeSpokenText();
+    if (response_ == Response::kTtsMessage) responseLine_ = describeSpokenText();
 }
 
 void EventForm::takeFetchedEmail(EventEmail email) {
     email_ = std::move(email);
-    responseLine_ = describeEmail();
+    if (response_ == Response::kEmail) responseLine_ = describeEmail();
 }
 
 void EventForm::failFetch(PayloadFetch fetch) {
-    responseLine_ = strings_.text(fetch == PayloadFetch::kEmail ? IDS_EMAIL_ERROR : IDS_TTS_ERROR);
+    const bool isEmail = fetch == PayloadFetch::kEmail;
+    if (response_ != (isEmail ? Response::kEmail : Response::kTtsMessage)) return;
+    responseLine_ = strings_.text(isEmail ? IDS_EMAIL_ERROR : IDS_TTS_ERROR);
 }
 
 void EventForm::refreshSchedules() {

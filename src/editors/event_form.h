@@ -85,10 +85,11 @@ class EventForm {
     void setTtsFilename(std::string filename);
     void setSpokenText(std::string text);
     void setEmail(EventEmail email);
-    // A payload file arrived: the response line shows it whatever it holds.
+    // A payload file arrived: the response line shows it whatever it holds, unless another response was chosen
+    // meanwhile.
     void takeFetchedText(std::string text);
     void takeFetchedEmail(EventEmail email);
-    // A fetch failed: the response line says so.
+    // A fetch failed: the response line says so, unless another response was chosen meanwhile.
     void failFetch(PayloadFetch fetch);
     // The set of Schedules may have changed: lists it anew and keeps the choice where it is still there.
     void refreshSchedules();

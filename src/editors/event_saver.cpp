@@ -1,5 +1,7 @@
 #include "editors/event_saver.h"
 
+#include <utility>
+
 #include "model/guid.h"
 
 namespace orvc {
@@ -28,9 +30,12 @@ std::string createFile(ServerLink& link, TrackingLog& log) {
 
 void fillEvent(const EventForm& form, EventRecord& record, ServerLink& link, TrackingLog& log,
                const GuidMaker& makeNew) {
+    // Filled in before anything is deleted on the server: there may be no memory for it.
+    EventRecord filled = record;
+    if (filled.key.empty()) filled.key = newGuidText(makeNew);
+    form.fill(filled);
     deleteOldFile(record, link, log);
-    if (record.key.empty()) record.key = newGuidText(makeNew);
-    form.fill(record);
+    record = std::move(filled);
     if (form.response() == Response::kTtsMessage) {
         record.fileGuid = createFile(link, log);
         writeEventFileTts(link, log, *record.fileGuid, form.spokenText());

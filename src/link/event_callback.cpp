@@ -1,10 +1,18 @@
 #include "link/event_callback.h"
 
+#include <chrono>
 #include <exception>
+#include <new>
 
 #include "link/event_blocks.h"
 
 namespace orvc {
+
+namespace {
+
+using SteadyClock = std::chrono::steady_clock;
+
+}  // namespace
 
 std::atomic<EventCallback*> EventCallback::current_{nullptr};
 
@@ -18,10 +26,21 @@ void EventCallback::makeCurrent(EventCallback* callback) {
 void KS_CALL EventCallback::receive(std::uint32_t code, std::int32_t number, const void* connection, const void* data) {
     EventCallback* const callback = current_;
     if (callback == nullptr) return;
-    try {
-        callback->onEvent(code, number, connection, data);
-    } catch (const std::exception& error) {
-        callback->log_.log("Event %u lost: %s", code, error.what());
+    const auto start = SteadyClock::now();
+    const auto isPatient = [&] { return SteadyClock::now() - start < callback->handOver_.patience(); };
+    for (bool first = true;; first = false) {
+        try {
+            callback->onEvent(code, number, connection, data);
+            callback->isLosing_ = false;
+            return;
+        } catch (const std::exception& error) {
+            // The window may make room by handling what waits. After a loss the next one is not waited for so long.
+            const bool again = first || (!callback->isLosing_ && isPatient());
+            if (again && callback->handOver_.waitForRoom()) continue;
+            callback->isLosing_ = true;
+            callback->log_.log("Event %u lost: %s", code, error.what());
+            return;
+        }
     }
 }
 
@@ -49,7 +68,9 @@ void EventCallback::onEvent(std::uint32_t code, std::int32_t number, const void*
             log_.log("Event GPIO State Change");
             return;
         case event_code::kServerStop:
-            handOver_.put(std::make_unique<StopBlock>());
+            if (spareStop_ == nullptr) spareStop_ = std::make_unique<StopBlock>();
+            handOver_.put(std::move(spareStop_));
+            spareStop_.reset(new (std::nothrow) StopBlock);
             return;
         case event_code::kUserConnected:
             log_.log("Console user %s connected", text());

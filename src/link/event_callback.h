@@ -32,11 +32,15 @@ class EventCallback {
     // The server's clock minus this workstation's, in seconds, as the last event 32 told it.
     std::int32_t serverDelta() const { return serverDelta_; }
 
+    // HandOver::setPatience().
+    void setPatience(std::chrono::milliseconds patience) { handOver_.setPatience(patience); }
+
     // True from event 101 until the reload takes it.
     bool takeSettingsUpdate() { return settingsUpdate_.exchange(false); }
 
     // The plain function that the library calls. It reaches the object that was made current last; none = nothing
-    // happens. Nothing is thrown out of it.
+    // happens. Nothing is thrown out of it: an event for which there is no memory is tried again for a while, and
+    // logged as lost then.
     static void KS_CALL receive(std::uint32_t code, std::int32_t number, const void* connection, const void* data);
     static void makeCurrent(EventCallback* callback);
 
@@ -53,6 +57,8 @@ class EventCallback {
     EventTimers timers_;
     std::atomic<std::int32_t> serverDelta_{0};
     std::atomic<bool> settingsUpdate_{false};
+    std::unique_ptr<StopBlock> spareStop_ = std::make_unique<StopBlock>();  // a stop needs no memory
+    bool isLosing_ = false;  // the last event was lost; the library's thread only
 
     static std::atomic<EventCallback*> current_;
 };

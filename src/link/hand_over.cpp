@@ -1,6 +1,8 @@
 #include "link/hand_over.h"
 
+#include <algorithm>
 #include <chrono>
+#include <exception>
 #include <utility>
 
 namespace orvc {
@@ -65,14 +67,14 @@ bool HandOver::drain() {
     for (int count = 0;; ++count) {
         std::unique_ptr<EventBlock> block = takeNext();
         if (block == nullptr) return true;
-        deliver(std::move(block));
+        if (!deliver(std::move(block))) return false;
         if (count % kBlocksPerLook == kBlocksPerLook - 1 && SteadyClock::now() >= end) return !isPending();
     }
 }
 
 void HandOver::drainAll() {
     while (std::unique_ptr<EventBlock> block = takeNext())
-        deliver(std::move(block));
+        if (!deliver(std::move(block))) return;
 }
 
 std::unique_ptr<EventBlock> HandOver::takeNext() {
@@ -87,16 +89,40 @@ std::unique_ptr<EventBlock> HandOver::takeNext() {
     return local_.takeFirst();
 }
 
-void HandOver::deliver(std::unique_ptr<EventBlock> block) {
+// Returns false when the block was kept for later.
+bool HandOver::deliver(std::unique_ptr<EventBlock> block) {
     const EventBlock* const delivered = block.get();
     const bool mayBeAwaited = block->message() == private_message::kNewIntercom;
-    receive_(std::move(block));
-    if (!mayBeAwaited) return;
+    try {
+        receive_(std::move(block));
+        failingSince_.reset();
+    } catch (const std::exception&) {
+        if (keepForLater(block)) return false;
+        ++lost_;
+    }
+    if (!mayBeAwaited) return true;
     const std::lock_guard lock(mutex_);
     if (waitingFor_ == delivered) {
         waitingFor_ = nullptr;
         delivered_.notify_all();
     }
+    return true;
+}
+
+// While a shortage lasts, only the block that met it first is waited for.
+bool HandOver::keepForLater(std::unique_ptr<EventBlock>& block) {
+    const auto now = SteadyClock::now();
+    const bool isFirst = !failingSince_;
+    if (isFirst) failingSince_ = now;
+    if (block == nullptr || (!isFirst && now - *failingSince_ >= patience_)) return false;
+    local_.prepend(std::move(block));
+    return true;
+}
+
+bool HandOver::waitForRoom() {
+    constexpr auto kPause = std::chrono::milliseconds(10);
+    std::unique_lock lock(mutex_);
+    return !delivered_.wait_for(lock, std::min(kPause, patience_), [this] { return closed_; });
 }
 
 bool HandOver::isPending() const {

@@ -1,11 +1,14 @@
 // Carries event blocks from the library's thread to the user-interface thread, in order and without loss.
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
+#include <utility>
 
 #include "link/event_blocks.h"
 
@@ -31,10 +34,12 @@ class WindowPoster {
 // rest to the user-interface thread. Guarantees: blocks are delivered one by one in the order in which they were put,
 // whatever their kind and whichever way woke the window. Nothing is lost: a refused post leaves its block in the queue
 // and asks for a timer. A private message that another program forges finds no block and does nothing. The destructor
-// frees what was not delivered.
+// frees what was not delivered. A receiver that throws, for want of memory, gets the block that it left again, before
+// all others, until patience() is over; the block is lost then, and counted.
 class HandOver {
   public:
-    using Receiver = std::function<void(std::unique_ptr<EventBlock>)>;
+    // Takes the block or leaves it.
+    using Receiver = std::function<void(std::unique_ptr<EventBlock>&&)>;
 
     // `poster` outlives the hand-over. `receive` is called for each block on the user-interface thread.
     HandOver(WindowPoster& poster, Receiver receive);
@@ -54,6 +59,15 @@ class HandOver {
     void drainAll();
 
     bool isPending() const;
+    // Blocks lost since the last call.
+    std::size_t takeLostCount() { return std::exchange(lost_, 0); }
+
+    // How long a shortage of memory may last before it costs events; what fails is tried again once at least. Any
+    // thread; changed by tests only.
+    std::chrono::milliseconds patience() const { return patience_; }
+    void setPatience(std::chrono::milliseconds patience) { patience_ = patience; }
+    // Waits a moment for the other thread to make room; false when close() has ended all waiting. The library's thread.
+    bool waitForRoom();
 
     // Ends all waiting, and every later putAndWait() returns at once: the link is being closed.
     void close();
@@ -64,13 +78,14 @@ class HandOver {
     static constexpr int kBudget = 5;
 
   private:
-    void deliver(std::unique_ptr<EventBlock> block);
+    bool deliver(std::unique_ptr<EventBlock> block);
+    bool keepForLater(std::unique_ptr<EventBlock>& block);
     std::unique_ptr<EventBlock> takeNext();
 
     WindowPoster& poster_;
     Receiver receive_;
 
-    mutable std::mutex mutex_;  // guards everything down to waiting_
+    mutable std::mutex mutex_;  // guards everything down to waitingFor_
     std::condition_variable delivered_;
     bool pending_ = false;  // a block was put and the last one is not yet delivered
     bool closed_ = false;
@@ -78,7 +93,11 @@ class HandOver {
     BlockQueue queue_;
     const EventBlock* waitingFor_ = nullptr;  // the block of a putAndWait() under way
 
-    BlockQueue local_;  // taken from queue_, not yet delivered; user-interface thread only
+    // User-interface thread only.
+    BlockQueue local_;  // taken from queue_, not yet delivered
+    std::optional<std::chrono::steady_clock::time_point> failingSince_;
+    std::size_t lost_ = 0;
+    std::chrono::milliseconds patience_{1000};
 };
 
 }  // namespace orvc

@@ -43,16 +43,22 @@ void Directory::updateDevice(const KSConnectionInfo& info, const std::optional<K
 }
 
 void Directory::updateGroup(const KSGroupRecord& record) {
+    // Listed under its key when nothing can fail any more.
+    Group*& byId = groupsById_[record.groupId];
     Group* group = findGroup(fieldText(record.key));
     if (group == nullptr) {
-        group = &groups_.emplace_front();
+        std::list<Group> made(1);
+        group = &made.front();
+        group->record = record;
+        groupsByKey_.try_emplace(group->key(), group);
+        groups_.splice(groups_.begin(), made);
     } else {
         group->members.clear();
-        if (findIn(groupsById_, group->record.groupId) == group) groupsById_.erase(group->record.groupId);
+        const std::uint32_t oldId = group->record.groupId;
+        if (oldId != record.groupId && findIn(groupsById_, oldId) == group) groupsById_.erase(oldId);
+        group->record = record;
     }
-    group->record = record;
-    groupsByKey_.insert_or_assign(group->key(), group);
-    groupsById_.insert_or_assign(record.groupId, group);
+    byId = group;
 }
 
 void Directory::doNewGroupMember(std::uint32_t groupId, const KSMac& mac) {
@@ -86,9 +92,11 @@ void Directory::doNewGroupMessageInfo(const KSMessageRecord& record) {
         return;
     }
     log_.log("doNewGroupMessageInfo: new message received '%.*s'", static_cast<int>(name.size()), name.data());
-    AudioMessage& message = messages_.emplace_front();
+    std::list<AudioMessage> made(1);
+    AudioMessage& message = made.front();
     message.record = record;
     messagesByKey_.insert_or_assign(message.key(), &message);
+    messages_.splice(messages_.begin(), made);
 }
 
 void Directory::addQueueMembership(const KSQueueRecord& record) {

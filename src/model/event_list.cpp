@@ -1,6 +1,7 @@
 #include "model/event_list.h"
 
 #include <algorithm>
+#include <exception>
 
 #include "model/guid.h"
 #include "model/mac.h"
@@ -55,10 +56,13 @@ EventRecord& EventList::findOrCreate(std::string_view key) {
     if (lastUpdated_ != nullptr && lastUpdated_->key == key && key.size() < kUnfindableKeyLength) return *lastUpdated_;
     EventRecord* record = find(key);
     if (record == nullptr) {
-        record = &records_.emplace_front();
+        // Listed when nothing can fail any more.
+        Records made(1);
+        record = &made.front();
         record->key = key;
         record->completionDeadline = clock_.now() + kCompletionGrace;
-        byKey_.try_emplace(record->key, records_.begin());
+        byKey_.try_emplace(record->key, made.begin());
+        records_.splice(records_.begin(), made);
     }
     lastUpdated_ = record;
     return *record;
@@ -83,9 +87,16 @@ void EventList::showIfComplete(EventRecord& record, bool nameCame) {
 }
 
 EventRecord& EventList::append(EventRecord record) {
-    EventRecord& added = records_.emplace_back(std::move(record));
-    byKey_.try_emplace(added.key, std::prev(records_.end()));
-    rows_.insert(added);
+    Records made;
+    EventRecord& added = made.emplace_back(std::move(record));
+    const auto indexed = byKey_.try_emplace(added.key, made.begin());
+    try {
+        rows_.insert(added);
+    } catch (const std::exception&) {
+        if (indexed.second) byKey_.erase(indexed.first);
+        throw;
+    }
+    records_.splice(records_.end(), made);
     return added;
 }
 
@@ -98,9 +109,11 @@ EventRecord& EventList::store(const EventRecord& saved) {
     stored.lastChecked = record->lastChecked;
     stored.lastTriggered = record->lastTriggered;
     rows_.remove(*record);
-    byKey_.erase(indexed);  // it views the key that is about to be replaced
+    // The index views the key that is about to be replaced.
+    auto index = byKey_.extract(indexed);
     *record = std::move(stored);
-    byKey_.try_emplace(record->key, record);
+    index.key() = record->key;
+    byKey_.insert(std::move(index));
     rows_.insert(*record);
     return *record;
 }

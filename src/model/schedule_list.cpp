@@ -1,6 +1,7 @@
 #include "model/schedule_list.h"
 
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 #include "model/variable_path.h"
@@ -40,10 +41,13 @@ ScheduleRecord& ScheduleList::findOrCreate(std::string_view key) {
     const std::string path(key);
     if (key.size() < kUnfindableKeyLength)
         if (const auto found = byPath_.find(path); found != byPath_.end()) return *found->second;
-    ScheduleRecord& record = records_.emplace_back();
+    // Listed when nothing can fail any more.
+    std::list<ScheduleRecord> made(1);
+    ScheduleRecord& record = made.front();
     record.key = path;
     record.completionDeadline = clock_.now() + kCompletionGrace;
     byPath_.try_emplace(path, &record);
+    records_.splice(records_.end(), made);
     return record;
 }
 
@@ -82,8 +86,10 @@ ScheduleRecord* ScheduleList::find(std::string_view key) {
 ScheduleRecord& ScheduleList::add(const ScheduleRecord& record) {
     ScheduleRecord* listed = find(record.key.value_or(""));
     if (listed == nullptr) {
-        listed = &records_.emplace_back(record);
+        std::list<ScheduleRecord> made{record};
+        listed = &made.front();
         byPath_.try_emplace(record.key.value_or(""), listed);
+        records_.splice(records_.end(), made);
     }
     write(record);
     return *listed;
@@ -107,19 +113,25 @@ bool ScheduleList::takeUpdates() {
 
 void ScheduleList::makeDefault() {
     if (!records_.empty()) return;
-    ScheduleRecord& record = records_.emplace_back();
+    std::list<ScheduleRecord> made(1);
+    ScheduleRecord& record = made.front();
     record.name = kDefaultScheduleName;
     record.key = kDefaultScheduleKey;
     record.hours = WeekMask::everySlot();
     record.completeBits = kComplete;
     byPath_.try_emplace(std::string(kDefaultScheduleKey), &record);
+    records_.splice(records_.end(), made);
 }
 
 void ScheduleList::clear() {
     byPath_.clear();
     records_.clear();
     cleared_ = true;
-    makeDefault();
+    try {
+        makeDefault();
+    } catch (const std::exception&) {
+        // No memory. Whoever needs it next makes it.
+    }
 }
 
 }  // namespace orvc

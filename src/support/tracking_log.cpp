@@ -6,8 +6,8 @@
 #include <chrono>
 #include <cstdarg>
 #include <cstdio>
+#include <exception>
 #include <iterator>
-#include <system_error>
 
 namespace orvc {
 namespace {
@@ -75,7 +75,7 @@ int TrackingLog::queueRaw(std::string_view text) {
     {
         const std::lock_guard lock(mutex_);
         if (fileOpen_) {
-            std::ranges::remove_copy(text, std::back_inserter(roomForLocked(text.size())), '\r');
+            if (!writeFailed_) std::ranges::remove_copy(text, std::back_inserter(roomForLocked(text.size())), '\r');
             return 1;
         }
     }
@@ -84,6 +84,14 @@ int TrackingLog::queueRaw(std::string_view text) {
 }
 
 void TrackingLog::appendLine(bool counted, std::string_view message) {
+    try {
+        makeLine(counted, message);
+    } catch (const std::exception&) {
+        system_.writeToDebugger("A line of the tracking file was lost: no memory\n");
+    }
+}
+
+void TrackingLog::makeLine(bool counted, std::string_view message) {
     std::string withoutReturns;
     if (message.find('\r') != std::string_view::npos) {
         withoutReturns = message;
@@ -103,6 +111,7 @@ void TrackingLog::appendLine(bool counted, std::string_view message) {
         }
         const std::string_view counter(count.data(), countLength);
         if (fileOpen_) {
+            if (writeFailed_) return;  // nobody will write it
             roomForLocked(stamp.size() + counter.size() + message.size() + 1)
                 .append(stamp)
                 .append(counter)
@@ -115,12 +124,14 @@ void TrackingLog::appendLine(bool counted, std::string_view message) {
     system_.writeToDebugger(toDebugger.c_str());
 }
 
-// The chunk that the next line goes into, with room for it.
+// The chunk that the next line goes into, with room for it: a line is queued whole or, when there is no memory for it,
+// not at all.
 std::string& TrackingLog::roomForLocked(std::size_t size) {
     if (queue_.empty() || queue_.back().size() + size > kChunkSize) {
-        queue_.emplace_back();
-        if (spareChunk_.capacity() >= kChunkSize) queue_.back().swap(spareChunk_);
-        queue_.back().reserve(std::max(kChunkSize, size));
+        std::string chunk;
+        if (spareChunk_.capacity() >= kChunkSize) chunk.swap(spareChunk_);
+        chunk.reserve(std::max(kChunkSize, size));
+        queue_.push_back(std::move(chunk));
     }
     return queue_.back();
 }
@@ -140,6 +151,15 @@ void TrackingLog::OpenCloseDebugFile(bool close, bool force) {
         closeDebug();
         return;
     }
+    try {
+        openFile();
+    } catch (const std::exception&) {
+        closeDebug();
+        system_.writeToDebugger("OpenCloseDebugFile: Failed to open the debug file: no memory\n");
+    }
+}
+
+void TrackingLog::openFile() {
     std::string path = supportFolder_ + kFileName;
     if (file_) closeDebug();
     file_ = system_.openForAppending(path);
@@ -161,14 +181,16 @@ bool TrackingLog::startWriter() {
     {
         const std::lock_guard lock(mutex_);
         quit_ = false;
+        writeFailed_ = false;
         fileOpen_ = true;
     }
     try {
         writing_ = true;
         writer_ = std::thread([this] { runWriter(); });
         return true;
-    } catch (const std::system_error&) {
-        // Without a writer no line would ever reach the file: the log goes on as with no file open.
+    } catch (const std::exception&) {
+        // No thread, or no memory for one. Without a writer no line would ever reach the file: the log goes on as with
+        // no file open.
         writing_ = false;
         closeDebug();
         return false;
@@ -224,6 +246,11 @@ void TrackingLog::runWriter() {
         }
         // Lines do not wake the writer: it looks for them ten times a second, so that a caller only appends.
         wake_.wait_for(lock, kIdlePause, [this] { return quit_; });
+    }
+    if (failed) {
+        // What comes until the file is closed is never written: it need not be kept.
+        writeFailed_ = true;
+        queue_.clear();
     }
     lock.unlock();
     if (failed) system_.writeToDebugger("debugThread: Write to debug tracking file failed - exitting thread\n");

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <condition_variable>
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -45,7 +46,8 @@ class LogSystem {
 // user-interface thread. A caller formats on its own stack and appends to a queue under a short lock.
 // Lifetime: `system` and `clock` outlive the log. The destructor closes the file.
 // Guarantees: lines keep the order in which they were queued; every line queued before a close is in the file after it,
-// unless a write failed. A message longer than its buffer is cut. Failures are told to the debugger output only.
+// unless a write failed. A message longer than its buffer is cut. Failures, want of memory included, are told to the
+// debugger output only: log(), logUncounted() and OpenCloseDebugFile() throw nothing.
 //
 // While start-up lasts (from construction until endStartUp()) lines with a counter are taken whatever the recording
 // setting is, so that a console that does not come up can be traced.
@@ -104,7 +106,9 @@ class TrackingLog {
   private:
     void appendLine(bool counted, std::string_view message);
     std::string& roomForLocked(std::size_t size);
+    void makeLine(bool counted, std::string_view message);
     const std::string& timeStampLocked();
+    void openFile();
     bool startWriter();
     void runWriter();
     bool writeQueued(std::unique_lock<std::mutex>& lock);
@@ -125,6 +129,7 @@ class TrackingLog {
     std::uint32_t lastTick_;
     bool fileOpen_ = false;
     bool quit_ = false;
+    bool writeFailed_ = false;  // the writer has ended, the file is still open
 
     std::unique_ptr<LogFile> file_;  // the writer's while it runs
     std::thread writer_;

@@ -1,11 +1,13 @@
 #include "win32/dialog.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdio>
 #include <exception>
+#include <new>
 #include <utility>
 #include <vector>
 
-#include "support/text.h"
 #include "win32/message_loop.h"
 
 namespace orvc::win32 {
@@ -16,8 +18,6 @@ bool isAnsweredDirectly(UINT message) {
     return (message >= WM_CTLCOLORMSGBOX && message <= WM_CTLCOLORSTATIC) || message == WM_QUERYDRAGICON ||
            message == WM_COMPAREITEM || message == WM_VKEYTOITEM || message == WM_CHARTOITEM;
 }
-
-constexpr const char* kModeless = "OrvcModeless";  // a property of windows
 
 // The dialogs in runModal(), innermost last. User-interface thread.
 std::vector<Dialog*>& runningDialogs() {
@@ -48,20 +48,6 @@ bool isOwnedBy(HWND window, HWND owner) {
     return window != nullptr;
 }
 
-// Answers a message box or another dialog of Windows' own above `dialogWindow` with No or Cancel.
-BOOL CALLBACK cancelForeignDialog(HWND window, LPARAM dialogWindow) {
-    char className[16] = "";
-    GetClassNameA(window, className, sizeof className);
-    const bool isOurs =
-        std::ranges::any_of(runningDialogs(), [window](Dialog* dialog) { return dialog->window() == window; });
-    const HWND owner = reinterpret_cast<HWND>(dialogWindow);
-    if (lstrcmpiA(className, "#32770") != 0 || isOurs || !IsWindowVisible(window) || window == owner ||
-        !isOwnedBy(window, owner))
-        return TRUE;
-    PostMessageA(window, WM_COMMAND, GetDlgItem(window, IDNO) != nullptr ? IDNO : IDCANCEL, 0);
-    return TRUE;
-}
-
 }  // namespace
 
 Dialog::~Dialog() {
@@ -70,7 +56,8 @@ Dialog::~Dialog() {
 
 int Dialog::runModal(HWND owner) {
     result_.reset();
-    if (!create(owner)) return -1;
+    runningDialogs().reserve(runningDialogs().size() + 1);
+    if (!create(owner)) throw std::bad_alloc();
     const bool ownerWasEnabled = owner != nullptr && EnableWindow(owner, FALSE) == 0;
     runningDialogs().push_back(this);
     ShowWindow(window_, SW_SHOW);
@@ -85,7 +72,6 @@ int Dialog::runModal(HWND owner) {
 
 bool Dialog::createModeless(HWND owner) {
     if (!create(owner)) return false;
-    SetPropA(window_, kModeless, window_);
     ShowWindow(window_, SW_SHOW);
     return true;
 }
@@ -96,8 +82,12 @@ void Dialog::destroy() {
 
 bool Dialog::create(HWND owner) {
     const DLGTEMPLATE* found = resources_.findDialog(templateId_);
-    return found != nullptr && CreateDialogIndirectParamA(GetModuleHandleA(nullptr), found, owner, dialogProcedure,
-                                                          reinterpret_cast<LPARAM>(this)) != nullptr;
+    initFailed_ = false;
+    if (found == nullptr || CreateDialogIndirectParamA(GetModuleHandleA(nullptr), found, owner, dialogProcedure,
+                                                       reinterpret_cast<LPARAM>(this)) == nullptr)
+        return false;
+    if (initFailed_) destroy();
+    return !initFailed_;
 }
 
 void Dialog::endDialog(int result) {
@@ -118,10 +108,31 @@ HWND Dialog::topmostModal() {
     return runningDialogs().empty() ? nullptr : runningDialogs().back()->window();
 }
 
-HWND Dialog::topmostToAnswer() {
-    const HWND modal = topmostModal();
-    const HWND popup = GetLastActivePopup(modal);
-    return GetPropA(popup, kModeless) != nullptr ? modal : popup;
+HWND Dialog::topmostWaiting() {
+    HWND found = topmostModal();
+    EnumThreadWindows(GetCurrentThreadId(), findForeignDialog, reinterpret_cast<LPARAM>(&found));
+    return found;
+}
+
+BOOL CALLBACK Dialog::findForeignDialog(HWND window, LPARAM found) {
+    HWND& topmost = *reinterpret_cast<HWND*>(found);
+    if (isForeignDialogAbove(window, topmost)) topmost = window;
+    return TRUE;
+}
+
+// Answers a message box or another dialog of Windows' own above `dialogWindow` with No or Cancel.
+BOOL CALLBACK Dialog::cancelForeignDialog(HWND window, LPARAM dialogWindow) {
+    if (isForeignDialogAbove(window, reinterpret_cast<HWND>(dialogWindow)))
+        PostMessageA(window, WM_COMMAND, GetDlgItem(window, IDNO) != nullptr ? IDNO : IDCANCEL, 0);
+    return TRUE;
+}
+
+bool Dialog::isForeignDialogAbove(HWND window, HWND dialogWindow) {
+    char className[16] = "";
+    GetClassNameA(window, className, sizeof className);
+    return lstrcmpiA(className, "#32770") == 0 && IsWindowVisible(window) && window != dialogWindow &&
+           isOwnedBy(window, dialogWindow) &&
+           reinterpret_cast<DLGPROC>(GetWindowLongPtrA(window, DWLP_DLGPROC)) != dialogProcedure;
 }
 
 INT_PTR CALLBACK Dialog::dialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -135,7 +146,11 @@ INT_PTR CALLBACK Dialog::dialogProcedure(HWND window, UINT message, WPARAM wPara
     try {
         return dialog->handle(message, wParam, lParam);
     } catch (const std::exception& error) {
-        OutputDebugStringA(formatText("Message 0x%x failed: %s\n", message, error.what()).c_str());
+        std::array<char, 256> text;
+        std::snprintf(text.data(), text.size(), "Message 0x%x failed: %s\n", message, error.what());
+        OutputDebugStringA(text.data());
+        if (message == WM_INITDIALOG) dialog->initFailed_ = true;
+        if (message == WM_COMMAND) tellNoMemory(window);
         return FALSE;
     }
 }
@@ -166,7 +181,6 @@ INT_PTR Dialog::handle(UINT message, WPARAM wParam, LPARAM lParam) {
             return TRUE;
         case WM_NCDESTROY:
             onDestroy();
-            RemovePropA(window_, kModeless);
             SetWindowLongPtrA(window_, DWLP_USER, 0);
             window_ = nullptr;
             return FALSE;
@@ -264,6 +278,13 @@ void setHelpHandler(HelpHandler handler) {
 
 void showMessage(HWND owner, const std::string& text, const std::string& caption) {
     runMessageBox(owner, text, caption, MB_OK);
+}
+
+void tellNoMemory(HWND owner) {
+    std::array<char, 512> text{};
+    FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, ERROR_NOT_ENOUGH_MEMORY, 0,
+                   text.data(), static_cast<DWORD>(text.size()), nullptr);
+    MessageBoxA(owner, text.data(), nullptr, MB_OK | MB_ICONERROR);  // no caption = Windows' "Error"
 }
 
 bool askYesNo(HWND owner, const std::string& text, const std::string& caption) {

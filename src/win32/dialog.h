@@ -14,15 +14,16 @@ namespace orvc::win32 {
 // Purpose: keeps the object with its window and turns messages into calls of named handlers.
 // Thread: user-interface thread. Lifetime: the object lives on its caller's stack (or in its owner) longer than its
 // window; the destructor destroys a window that is still there.
-// Guarantees: no exception leaves the window procedure; one that a handler throws is shown to the debugger.
+// Guarantees: no exception leaves the window procedure; one that a handler throws is shown to the debugger, and what
+// the operator asked for in vain is told. A dialog whose onInit() throws does not come up.
 class Dialog {
   public:
     virtual ~Dialog();
     Dialog(const Dialog&) = delete;
     Dialog& operator=(const Dialog&) = delete;
 
-    // Shows the dialog, disables `owner` and handles messages until endDialog(). Returns its result, or -1 when the
-    // window could not be made. An owner that was disabled before stays so.
+    // Shows the dialog, disables `owner` and handles messages until endDialog(). Returns its result. An owner that was
+    // disabled before stays so. Throws std::bad_alloc when the window cannot be made.
     int runModal(HWND owner);
     // Makes and shows the window and returns; false when it could not be made.
     bool createModeless(HWND owner);
@@ -32,9 +33,9 @@ class Dialog {
 
     // The window of the dialog whose runModal() started last; null when none runs.
     static HWND topmostModal();
-    // That window, or a message box above it. Never a modeless dialog, which would take what it owns along when it
-    // goes.
-    static HWND topmostToAnswer();
+    // The message box or other dialog of Windows' own above it, else topmostModal(). Windows that may go at any time,
+    // such as one that says "Please Wait", are passed over: what they own would go with them.
+    static HWND topmostWaiting();
 
   protected:
     // `resources` outlives the dialog.
@@ -79,11 +80,15 @@ class Dialog {
     void askForHelp() const;
     unsigned topicOfActiveWindow() const;
     INT_PTR handle(UINT message, WPARAM wParam, LPARAM lParam);
+    static BOOL CALLBACK findForeignDialog(HWND window, LPARAM found);
+    static BOOL CALLBACK cancelForeignDialog(HWND window, LPARAM dialogWindow);
+    static bool isForeignDialogAbove(HWND window, HWND dialogWindow);
     static INT_PTR CALLBACK dialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
     const Resources& resources_;
     unsigned templateId_;
     HWND window_ = nullptr;
+    bool initFailed_ = false;
     std::optional<int> result_;
 };
 
@@ -95,6 +100,8 @@ void setHelpHandler(HelpHandler handler);
 
 // A modal box with an OK button.
 void showMessage(HWND owner, const std::string& text, const std::string& caption);
+// A modal box that says, in Windows' own words, that memory has run out. Needs none itself.
+void tellNoMemory(HWND owner);
 // A modal Yes/No box; true for Yes.
 bool askYesNo(HWND owner, const std::string& text, const std::string& caption);
 

@@ -1,5 +1,6 @@
 #include "win32/message_loop.h"
 
+#include <exception>
 #include <utility>
 
 namespace orvc::win32 {
@@ -8,6 +9,16 @@ namespace {
 IdleWork& idleWork() {
     static IdleWork work;
     return work;
+}
+
+// What fails here is gone on with by a timer.
+bool doIdleWork() {
+    try {
+        return idleWork() && idleWork()();
+    } catch (const std::exception& error) {
+        OutputDebugStringA(error.what());
+        return false;
+    }
 }
 
 void dispatch(MSG& message) {
@@ -30,7 +41,7 @@ void runMessageLoop(const std::function<bool()>& isDone, const MessageFilter& fi
                 return;
             }
             if (!filter(message)) dispatch(message);
-        } else if (!idleWork() || !idleWork()()) {
+        } else if (!doIdleWork()) {
             WaitMessage();
         }
     }

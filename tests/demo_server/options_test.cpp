@@ -8,7 +8,8 @@ namespace {
 TEST(Options, AreReadTogether) {
     const Options options = parseOptions(
         " events=50000 ;devices=7;file=C:\\My Files\\a=b.txt;fire=0;refuse=-5,-30;admin=0;stop-after=1.25;stop-once=3;"
-        "slow=2;shuffle=9;mute-files=1;standalone=1;reload-after=0.5;resend=values;incomplete=1;late-members=100;"
+        "slow=2;shuffle=9;mute-files=1;standalone=1;reload-after=0.5;resend=values;incomplete=1;late-members=100;late-"
+        "stop=7;faults=11"
         ";trace=t.txt");
     EXPECT_TRUE(options.complaints.empty()) << options.complaints.front();
     ASSERT_TRUE(options.generated);
@@ -26,6 +27,8 @@ TEST(Options, AreReadTogether) {
     EXPECT_TRUE(options.muteFiles && options.standalone && options.resendValues && options.incomplete);
     EXPECT_EQ(options.reloadAfter, 500u);
     EXPECT_EQ(options.lateMembers, 100u);
+    EXPECT_EQ(options.lateStop, 7u);
+    EXPECT_EQ(options.faultSeed, 11u);
     EXPECT_EQ(options.trace, "t.txt");
 }
 

@@ -77,7 +77,7 @@ bool ConsoleTest::logHas(const std::string& line) const {
 }
 
 std::vector<std::string> ConsoleTest::tracedCalls() const {
-    std::vector<std::string> calls = readLines(workFolder_ + "\\trace.txt");
+    std::vector<std::string> calls = readLines(traceFile());
     for (std::string& call : calls)
         std::erase(call, '\r');
     return calls;

@@ -34,6 +34,7 @@ class ConsoleTest : public testing::Test {
     bool logHas(const std::string& line) const;
     // The calls that the console made into the library, as the demo server traced them.
     std::vector<std::string> tracedCalls() const;
+    std::string traceFile() const { return workFolder_ + "\\trace.txt"; }
     std::vector<std::string> tracedCallsFrom(const std::string& first) const;
 
     static void setInteger(const char* name, unsigned value);

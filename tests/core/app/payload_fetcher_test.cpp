@@ -71,6 +71,21 @@ TEST_F(PayloadFetcherTest, NothingIsWaitedForLongerThanFiveSeconds) {
     }
 }
 
+TEST_F(PayloadFetcherTest, WhatArrivesForAnotherResponseLeavesTheResponseLine) {
+    for (const bool arrives : {true, false}) {
+        EventForm form = load(Response::kTtsMessage);
+        fetcher_.start(PayloadFetch::kSpokenText, kFile);
+        form.chooseResponse(1);
+        const std::string line = form.responseLine();
+        if (arrives) deliver(formatTtsFile("mine"));
+        if (arrives) deliver("");
+        log_.clock.seconds += 6;
+        EXPECT_TRUE(fetcher_.poll(form));
+        EXPECT_EQ(form.responseLine(), line);
+        EXPECT_EQ(form.spokenText(), arrives ? "mine" : "");
+    }
+}
+
 TEST_F(PayloadFetcherTest, ARefusedReadIsAnEmptyFile) {
     link_.refused = "KSFileRead";
     EventForm form = load(Response::kTtsMessage);

@@ -218,6 +218,30 @@ TEST_F(SessionTest, AReloadEmptiesTheDirectoryAndClosesItsWindowWhenReady) {
     EXPECT_FALSE(session_.isReloading());
 }
 
+TEST_F(SessionTest, AServerStopClosesThePleaseWaitWindowBeforeTheLogonDialogComes) {
+    for (const bool inThePause : {false, true}) {
+        becomeReady();
+        host_.onWait = [&] {
+            if (inThePause) EXPECT_NE(event(15).find("close please-wait"), std::string::npos);
+        };
+        event(101);
+        timer(timer::kReload);
+        if (!inThePause) EXPECT_NE(event(15).find("stop timer 6; close please-wait"), std::string::npos);
+        EXPECT_FALSE(session_.isReloading());
+    }
+}
+
+TEST_F(SessionTest, AStopThatComesLongAfterItsLogoffLogsNobodyOn) {
+    logOn();
+    session_.logoff();
+    event(15);
+    logOn();
+    EXPECT_FALSE(host_.shownEntry.mayLogOnAtOnce);
+    event(15);
+    logOn();
+    EXPECT_TRUE(host_.shownEntry.mayLogOnAtOnce) << "a stop of the server's own";
+}
+
 TEST_F(SessionTest, ShutdownStopsClosesAndUnloadsInOrderAndOnce) {
     becomeReady();
     link_.onCall = [this](const std::string& call) {

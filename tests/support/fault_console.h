@@ -1,0 +1,199 @@
+// A console without a window around a Session, and a server with a small installation: whatever fails in it is caught
+// where the real one's window procedure catches it.
+#pragma once
+
+#include <bitset>
+#include <string>
+
+#include "app/session.h"
+#include "app/timer_table.h"
+#include "counted_new.h"
+#include "fake_clock.h"
+
+namespace orvc {
+
+class FaultConsole final : public SessionHost, public ServerLink, public WindowPoster {
+  public:
+    explicit FaultConsole(LogSystem& system) : log(system, clock_) {
+        log.setSupportFolder("a folder");
+        log.setRecordEvents(1);
+        session_.setConsoleMode(true);
+        session_.callback().setPatience(std::chrono::milliseconds(0));
+        EventCallback::makeCurrent(&session_.callback());
+        log.OpenCloseDebugFile(false, true);
+        startTimer(timer::kLogon, timer::kLogonPeriod);
+    }
+    ~FaultConsole() override { EventCallback::makeCurrent(nullptr); }
+
+    // Timers and messages, until the console has settled.
+    void run() {
+        for (int i = 0; i < 40; ++i) {
+            refused_.retry([this](std::uintptr_t timer, std::uint32_t) { return startIfAllowed(timer); });
+            if (posted_ || running_[timer::kHandOver] || session_.hasUndeliveredEvents()) deliver();
+            for (std::uintptr_t timer = timer::kLogon; timer < timer::kHandOver; ++timer)
+                if (running_[timer]) tick(timer);
+            clock_.seconds += i % 10 == 9 ? 1 : 0;
+        }
+    }
+    void tick(std::uintptr_t timer) {
+        guarded([&] { session_.onTimer(timer); });
+    }
+    void stopServer() { EventCallback::receive(event_code::kServerStop, 0, nullptr, nullptr); }
+    void announceReload() { EventCallback::receive(event_code::kSettingsUpdate, 0, nullptr, nullptr); }
+    // What the operator or Windows asks for. Returns whether it was done.
+    template <typename Work>
+    bool guarded(const Work& work) {
+        try {
+            work();
+            return true;
+        } catch (const std::exception&) {
+            return false;
+        }
+    }
+
+    // All that came from the server, as text.
+    std::string contents() {
+        const Exempt exempt;
+        std::string text = std::to_string(session_.store().size()) + " variables";
+        for (std::size_t row = 0; row < session_.events().rows().size(); ++row)
+            text.append(", ").append(session_.events().rows().at(row).name.value_or("?"));
+        for (const ScheduleRecord& schedule : session_.schedules().records())
+            text.append(", ").append(schedule.name.value_or("?"));
+        for (const Group& group : session_.directory().groups())
+            text.append(", ").append(group.key()).append(" of ").append(std::to_string(group.members.size()));
+        for (const AudioMessage& message : session_.directory().messages())
+            text.append(", ").append(message.name());
+        return text + (waiting ? ", please wait" : "") + (session_.isReady() ? "" : ", not ready");
+    }
+    Session& session() { return session_; }
+
+    FaultPlan posts;
+    FaultPlan timers;
+    bool waiting = false;  // the please-wait window is open
+    bool open = true;
+
+  private:
+    // SessionHost
+    void startTimer(std::uintptr_t timer, std::uint32_t milliseconds) override {
+        refused_.note(timer, milliseconds, startIfAllowed(timer));
+    }
+    void stopTimer(std::uintptr_t timer) override {
+        refused_.forget(timer);
+        running_[timer] = false;
+    }
+    LogonOutcome runLogonDialog(const LogonEntry& entry) override {
+        sendDirectory();
+        EventCallback::receive(event_code::kInitializationComplete, 0, nullptr, nullptr);
+        return {true, false, {"a logon ID that needs memory", entry.password, "10.0.0.9", "3011", true, false}};
+    }
+    void showTitle(const std::string&) override {}
+    void refreshEventList() override {}
+    void openPleaseWait() override { waiting = true; }
+    void closePleaseWait() override { waiting = false; }
+    void endMainWindow() override {}
+    void removeKeyboardHook() override {}
+    void removeTrayIcon() override {}
+    void pause(std::uint32_t) override { deliver(); }
+    void handleMessagesAndSleep(std::uint32_t) override {
+        deliver();
+        if (++waits_ % 20 == 0) stopServer();  // a member was lost: nothing else ends the wait
+    }
+    std::string findAdapterName(const std::string&) override { return "an adapter with a long name"; }
+    std::string programVersion() override { return "a version text that needs memory"; }
+
+    // ServerLink
+    bool isOpen() const override { return open; }
+    StartResult start(const KSSocketAddress&, const std::string&, const std::string&) override { return {0, true}; }
+    std::int32_t stop() override {
+        stopServer();
+        return 0;
+    }
+    std::int32_t close() override { return 0; }
+    void unload() override { open = false; }
+    std::int32_t createGroup(const KSGroupRecord&) override { return 0; }
+    std::int32_t deleteGroup(std::uint32_t) override { return 0; }
+    std::int32_t getGroupMembers(std::uint32_t id) override {
+        EventCallback::receive(event_code::kGroupMember, static_cast<std::int32_t>(id), nullptr, &kDoor);
+        return 0;
+    }
+    std::int32_t getMessages() override {
+        KSMessageRecord message{};
+        setFieldText(message.name, "Chime");
+        setFieldText(message.key, "chime");
+        EventCallback::receive(event_code::kGroupMessage, 0, nullptr, &message);
+        return 0;
+    }
+    std::int32_t resendSettings() override {
+        sendDirectory();
+        EventCallback::receive(event_code::kInitializationComplete, 0, nullptr, nullptr);
+        return 0;
+    }
+    std::int32_t createKey(const std::string&, bool) override { return 0; }
+    std::int32_t subscribe(const std::string&) override {
+        // Told twice: what is told last must be what remains.
+        for (const char* round : {"an old name", "a new name that is long"}) {
+            send("\\ORVS\\Schedules\\{a schedule's key}\\Name", round, 0);
+            send("\\ORVS\\Events\\{the first Event's key}\\EventName", round, 0);
+            send("\\ORVS\\Events\\{the first Event's key}\\completeBits", nullptr, 0);
+            send("\\ORVS\\Events\\{the second Event's key}\\completeBits", nullptr, 0);
+            send("\\ORVS\\Events\\{the second Event's key}\\EventName", round, 0);
+        }
+        for (const char* text : {"\\ORVS\\userName", "\\ORVS\\password", "\\ORVS\\smtpHost", "\\ORVS\\defaultFrom"})
+            send(text, "a text that is longer than a short one", 0);
+        send("\\ORVS\\completeBits", nullptr, 1);
+        return 0;
+    }
+    std::int32_t setText(const std::string&, const std::string&) override { return 0; }
+    std::int32_t setDword(const std::string&, std::uint32_t) override { return 0; }
+    std::int32_t createFile(KSGuid&) override { return 0; }
+    std::int32_t readFile(const KSGuid&) override { return 0; }
+    std::int32_t writeFile(const KSGuid&, std::string_view) override { return 0; }
+    std::int32_t deleteFile(const KSGuid&) override { return 0; }
+
+    // WindowPoster
+    bool post(std::uint32_t, std::uintptr_t, std::intptr_t) override { return posted_ = !posts.fails(); }
+    bool send(std::uint32_t, std::uintptr_t, std::intptr_t) override {
+        deliver();
+        return true;
+    }
+    void requestTimer() override { startIfAllowed(timer::kHandOver); }
+
+    static void send(const char* name, const char* text, std::uint32_t number) {
+        const std::uint32_t type = text != nullptr ? variable_type::kString : variable_type::kDword;
+        const KSVariableNotification notification{name, type, text, number};
+        EventCallback::receive(event_code::kVariable, 0, nullptr, &notification);
+    }
+    static void sendDirectory() {
+        const KSConnectionInfo door{.mac = kDoor};
+        EventCallback::receive(event_code::kNewConnection, 1, &door, nullptr);
+        KSGroupRecord group{.expectedMembers = 1};
+        setFieldText(group.key, "Nurses");
+        EventCallback::receive(event_code::kGroupInformation, 7, nullptr, &group);
+    }
+    void deliver() {
+        posted_ = running_[timer::kHandOver] = false;
+        bool done = false;
+        guarded([&] { done = session_.deliverEvents(); });
+        if (!done) startTimer(timer::kHandOver, timer::kHandOverPeriod);
+    }
+    bool startIfAllowed(std::uintptr_t timer) { return running_[timer] = !timers.fails(); }
+
+    static constexpr KSMac kDoor{2, 0, 0, 0, 0, 1};
+
+    FakeClock clock_;
+    Settings settings_;
+    std::bitset<timer::kHandOver + 1> running_;
+    RefusedTimers refused_;
+    bool posted_ = false;
+    int waits_ = 0;
+
+  public:
+    TrackingLog log;
+
+  private:
+    Session session_{
+        *this, *this, *this, log, clock_, settings_, [](std::string_view name) {
+                         return std::string(name); }};
+};
+
+}  // namespace orvc

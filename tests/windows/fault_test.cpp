@@ -1,0 +1,212 @@
+// What goes wrong around the console, and what happens at the wrong moment.
+#include <windows.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "windows/console_fixture.h"
+
+namespace orvc::test {
+namespace {
+
+using driver::ConsoleDriver;
+
+constexpr const char* kRootFile = "c:\\ORVCTracking.txt";
+
+class FaultTest : public ConsoleTest {
+  protected:
+    void SetUp() override {
+        ConsoleTest::SetUp();
+        DeleteFileA(kRootFile);
+        setInteger("recordEvents", 1);
+    }
+    void saveCredentials() {
+        setText("UserName", "admin");
+        setText("UserPassword", "admin");
+        setText("IPAddress", "127.0.0.1");
+    }
+    bool waitForEvents() {
+        return ConsoleDriver::waitUntil([&] { return console_.eventCount() == kBuildingEvents; });
+    }
+    bool waitForLog(const std::string& line) {
+        return ConsoleDriver::waitUntil([&] { return logHas(line); });
+    }
+    bool waitForSecondLogon() {
+        return ConsoleDriver::waitUntil(
+            [&] { return std::ranges::count(logLines(), "*** ORVE Events Configuration Console Login ***") == 2; });
+    }
+    HWND askForDeletion(const std::string& event) {
+        console_.selectRow(console_.rowOf(event));
+        console_.choose(IDM_DELETE_EVENT);
+        return console_.waitForMessageBox();
+    }
+    bool traceHas(const std::string& prefix) const {
+        return std::ranges::any_of(tracedCalls(), [&](const std::string& call) { return call.starts_with(prefix); });
+    }
+};
+
+TEST_F(FaultTest, AQuestionThatIsOpenWhenTheServerStopsIsAnsweredAfterTheNextLogon) {
+    for (const bool byHand : {false, true}) {
+        saveCredentials();
+        if (byHand) setText("UserPassword", "");
+        startConsole("stop-once=2");
+        if (byHand) console_.enterLogon("admin", "admin");
+        ASSERT_TRUE(waitForEvents());
+        const std::string event = console_.readEvents()[3][0];
+        const HWND box = askForDeletion(event);
+        ASSERT_NE(box, nullptr);
+        if (byHand) {
+            ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return console_.findWindowWith(IDC_LOGON_ID) != nullptr; }));
+            EXPECT_FALSE(IsWindowEnabled(box)) << "the logon comes before it";
+            EXPECT_EQ(console_.eventCount(), 0u);
+            console_.enterLogon("admin", "admin");
+        }
+        ASSERT_TRUE(waitForSecondLogon());
+        ASSERT_TRUE(waitForEvents());
+        ASSERT_TRUE(IsWindow(box) && ConsoleDriver::waitUntil([&] { return IsWindowEnabled(box) != 0; }));
+        ConsoleDriver::click(box, IDYES);
+        ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return console_.eventCount() == kBuildingEvents - 1; }));
+        EXPECT_EQ(console_.rowOf(event), -1) << "the Event that was asked about";
+        exitConsole();
+        SetUp();
+    }
+}
+
+TEST_F(FaultTest, AMailsResultThatIsOpenWhenTheServerStopsStaysUntilItIsRead) {
+    saveCredentials();
+    startConsole("stop-once=3");
+    ASSERT_TRUE(waitForEvents());
+    console_.choose(IDM_PREFERENCES);
+    const HWND preferences = console_.waitForWindowWith(IDC_PREFERENCES_TABS);
+    ASSERT_NE(preferences, nullptr);
+    HWND page = nullptr;
+    while (page == nullptr || GetDlgItem(page, IDC_PREFERENCES_USER) == nullptr)
+        ASSERT_NE(page = FindWindowExA(preferences, page, "#32770", nullptr), nullptr);
+    ConsoleDriver::type(page, IDC_PREFERENCES_HOST, "127.0.0.1");
+    ConsoleDriver::type(page, IDC_PREFERENCES_PORT, "1");
+    ConsoleDriver::click(page, IDC_PREFERENCES_TEST);
+    const HWND mail = console_.waitForWindowWith(IDC_EMAIL_TO);
+    ASSERT_NE(mail, nullptr);
+    for (const unsigned id : {IDC_EMAIL_FROM, IDC_EMAIL_TO, IDC_EMAIL_SUBJECT, IDC_EMAIL_MESSAGE})
+        ConsoleDriver::type(mail, id, "a@b.example");
+    ConsoleDriver::click(mail, IDOK);
+    ASSERT_NE(console_.waitForMessageBox(), nullptr);
+    ASSERT_TRUE(waitForSecondLogon());
+    ASSERT_TRUE(waitForEvents());
+    expectMessage("Could not send email, invalid address?", "Email Send Error");
+    for (const HWND dialog : {mail, preferences}) {
+        ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return IsWindowEnabled(dialog) != 0; }));
+        PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0);
+        ASSERT_TRUE(console_.waitUntilGone(dialog));
+    }
+    exitConsole();
+}
+
+TEST_F(FaultTest, ALateStopAfterALogoffLogsNobodyOn) {
+    saveCredentials();
+    startConsole("late-stop=1600");
+    ASSERT_TRUE(waitForEvents());
+    console_.choose(IDM_LOGOFF);
+    const HWND dialog = console_.logonDialog();
+    ASSERT_NE(dialog, nullptr);
+    Sleep(600);
+    EXPECT_EQ(ConsoleDriver::textOf(dialog), "Logon Required");
+    EXPECT_EQ(console_.eventCount(), 0u);
+}
+
+TEST_F(FaultTest, EndsInOrderWithWindowsOpen) {
+    for (const bool windowsEnds : {true, false}) {
+        startConsole();
+        ASSERT_TRUE(console_.logOn(kBuildingEvents));
+        const HWND main = console_.mainWindow();
+        if (windowsEnds) {
+            SetWindowPos(main, nullptr, 0, 0, 900, 500, SWP_NOMOVE | SWP_NOZORDER);
+            console_.choose(IDM_CREATE_EVENT);
+            ConsoleDriver::click(console_.waitForWindowWith(IDC_EVENT_NAME), IDC_EVENT_SCHEDULES);
+            ASSERT_NE(console_.waitForWindowWith(IDC_SCHEDULE_LIST), nullptr);
+        } else {
+            ASSERT_NE(askForDeletion(console_.readEvents()[0][0]), nullptr);
+        }
+        if (windowsEnds) {
+            EXPECT_EQ(SendMessageA(main, WM_QUERYENDSESSION, 0, 0), TRUE);
+            SendMessageA(main, WM_ENDSESSION, FALSE, 0);
+            EXPECT_FALSE(logHas("doShutdown: Done")) << "somebody else said no";
+            SendMessageA(main, WM_ENDSESSION, TRUE, 0);
+            // All is done when the message returns: Windows may end the process at once.
+            EXPECT_EQ(integer("startWidth"), 900u);
+            EXPECT_TRUE(logHas("doShutdown: Done"));
+            EXPECT_TRUE(traceHas("KSClose"));
+        } else {
+            PostMessageA(main, WM_CLOSE, 0, 0);
+        }
+        ASSERT_TRUE(console_.waitForEnd());
+        EXPECT_EQ(console_.exitCode(), 0u);
+        EXPECT_FALSE(traceHas("KSFileDelete") || traceHas("KSSysVarCreateKey \\ORVS\\Events\\{")) << "nobody said yes";
+    }
+}
+
+TEST_F(FaultTest, TheLogGoesToTheRootWhenItsFolderIsGoneOrItsFileIsHeld) {
+    const std::string toRoot = "OpenCloseDebugFile: Could not write to special folder, writing to ROOT";
+    for (const bool isHeld : {false, true}) {
+        setInteger("recordEvents", 0);
+        startConsole();
+        ASSERT_NE(console_.logonDialog(), nullptr);
+        HANDLE holder = INVALID_HANDLE_VALUE;
+        if (isHeld) {
+            holder = CreateFileA(trackingFile().c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+            ASSERT_NE(holder, INVALID_HANDLE_VALUE);
+        } else {
+            std::filesystem::remove_all(supportFolder());
+        }
+        console_.choose(IDM_RECORD_EVENTS);
+        ASSERT_TRUE(ConsoleDriver::waitUntil([&] {
+            return std::ranges::any_of(readLines(kRootFile), [&](const auto& line) { return line.ends_with(toRoot); });
+        }));
+        console_.enterLogon("admin", "admin");
+        EXPECT_TRUE(waitForEvents());
+        exitConsole();
+        if (isHeld) CloseHandle(holder);
+        DeleteFileA(kRootFile);
+    }
+}
+
+TEST_F(FaultTest, SettingsThatCannotBeSavedStopNothing) {
+    RegDeleteTreeA(HKEY_CURRENT_USER, "Software\\Kestrel Sonics");
+    // Below a key that goes with the session no lasting one can be made.
+    HKEY key = nullptr;
+    ASSERT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, "Software\\Kestrel Sonics", 0, nullptr, REG_OPTION_VOLATILE,
+                              KEY_ALL_ACCESS, nullptr, &key, nullptr),
+              ERROR_SUCCESS);
+    RegCloseKey(key);
+    startConsole();
+    ASSERT_TRUE(console_.logOn(kBuildingEvents));
+    exitConsole();
+    EXPECT_FALSE(integer("IPPort").has_value());
+    RegDeleteTreeA(HKEY_CURRENT_USER, "Software\\Kestrel Sonics");
+}
+
+TEST_F(FaultTest, AboutNamesTheVersionsOfAllParts) {
+    startConsole();
+    ASSERT_TRUE(console_.logOn(kBuildingEvents));
+    console_.choose(IDM_ABOUT);
+    console_.choose(IDM_ABOUT);  // impatiently: one is enough
+    const HWND about = console_.waitForWindowWith(IDC_ABOUT_LIST);
+    ASSERT_NE(about, nullptr);
+    std::vector<std::wstring> lines;
+    const HWND list = GetDlgItem(about, IDC_ABOUT_LIST);
+    for (LRESULT row = 0; row < SendMessageA(list, LB_GETCOUNT, 0, 0); ++row) {
+        wchar_t text[256] = L"";
+        SendMessageW(list, LB_GETTEXT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(text));
+        lines.emplace_back(text);
+    }
+    EXPECT_EQ(lines, (std::vector<std::wstring>{L"Orvane VANTE Event Configuration Console Version 1.0.0.0",
+                                                L"Orvane PassThru Interface Version 1.0.1",
+                                                L"Orvane PassThru DLL Version 1.0.0.1"}));
+    ConsoleDriver::click(about, IDOK);
+    ASSERT_TRUE(console_.waitUntilGone(about));
+    EXPECT_EQ(console_.findWindowWith(IDC_ABOUT_LIST), nullptr);
+    exitConsole();
+}
+
+}  // namespace
+}  // namespace orvc::test

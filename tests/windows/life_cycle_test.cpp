@@ -1,0 +1,195 @@
+// Logons, loads, reloads, stops and logoffs one after the other, with faults of the server and editors at random
+// moments.
+#include <windows.h>
+
+#include <psapi.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <iostream>
+#include <random>
+
+#include "windows/console_fixture.h"
+
+namespace orvc::test {
+namespace {
+
+using driver::ConsoleDriver;
+
+// What a process holds.
+struct Holdings {
+    DWORD handles = 0;
+    DWORD gdi = 0;
+    DWORD user = 0;
+    SIZE_T bytes = 0;
+    int windows = 0;
+};
+
+std::ostream& operator<<(std::ostream& out, const Holdings& h) {
+    return out << h.handles << " handles, " << h.gdi << " GDI and " << h.user << " user objects, " << h.windows
+               << " windows, " << h.bytes / 1024 << " KiB";
+}
+
+BOOL CALLBACK count(HWND, LPARAM sum) {
+    ++*reinterpret_cast<int*>(sum);
+    return TRUE;
+}
+
+BOOL CALLBACK countTree(HWND window, LPARAM sum) {
+    EnumChildWindows(window, count, sum);
+    return count(window, sum);
+}
+
+BOOL CALLBACK tell(HWND window, LPARAM) {
+    if (IsWindowVisible(window) != 0)
+        std::cout << ConsoleDriver::textOf(window) << (IsWindowEnabled(window) ? "" : ", disabled") << std::endl;
+    return TRUE;
+}
+
+class LifeCycleTest : public ConsoleTest {
+  protected:
+    void SetUp() override {
+        ConsoleTest::SetUp();
+        setText("UserName", "admin");
+        setText("UserPassword", "admin");
+        setText("IPAddress", "127.0.0.1");
+        const char* const given = std::getenv("ORVC_SEED");
+        seed_ = given != nullptr ? std::strtoul(given, nullptr, 10) : std::random_device()();
+        random_.seed(static_cast<std::mt19937::result_type>(seed_));
+        std::cout << "ORVC_SEED=" << seed_ << std::endl;
+        startConsole("faults=" + std::to_string(seed_));
+        main_ = console_.mainWindow();
+        ASSERT_NE(main_, nullptr);
+    }
+    bool oneIn(unsigned chances) { return random_() % chances == 0; }
+
+    // Logons until now, as the server's trace tells.
+    int logons() {
+        std::ifstream trace(traceFile(), std::ios::binary);
+        trace.seekg(tracePosition_);
+        for (std::string line; std::getline(trace, line) && !trace.eof(); tracePosition_ = trace.tellg())
+            logons_ += line.starts_with("KSStart");
+        return logons_;
+    }
+    // A timer's tick before its time: a cycle shall not take seconds.
+    static void tick(HWND window, UINT_PTR timer) { PostMessageA(window, WM_TIMER, timer, 0); }
+    // One moment in the life of the console.
+    void step() {
+        tick(main_, 1);
+        tick(main_, 5);
+        const HWND logon = console_.findWindowWith(IDC_LOGON_ID);
+        if (logon != nullptr && IsWindowEnabled(logon)) {
+            for (int i = 0; i < 10; ++i)
+                tick(logon, 1);
+            if (ConsoleDriver::isEnabled(logon, IDOK)) ConsoleDriver::click(logon, IDOK);
+        } else if (logon != nullptr || oneIn(4)) {
+            closeSomething();
+        } else if (!settling_ && IsWindowEnabled(main_) && oneIn(4)) {
+            openSomething();
+        }
+        Sleep(random_() % 20);
+    }
+    void openSomething() {
+        constexpr unsigned kCommands[] = {IDM_MODIFY_EVENT, IDM_MODIFY_EVENT, IDM_CREATE_EVENT, IDM_DELETE_EVENT,
+                                          IDM_PREFERENCES,  IDM_SCHEDULES,    IDM_ABOUT,        IDM_CLEAR_FILE};
+        if (const std::size_t count = console_.eventCount(); count > 0)
+            console_.selectRow(static_cast<int>(random_() % count));
+        console_.choose(oneIn(12) ? IDM_LOGOFF : kCommands[random_() % std::size(kCommands)]);
+    }
+    // Closes the window that is on top; an editor is saved now and then. Returns whether there was one.
+    bool closeSomething() {
+        if (const HWND box = console_.findMessageBox(); box != nullptr && IsWindowEnabled(box)) {
+            ConsoleDriver::click(box, GetDlgItem(box, IDNO) != nullptr ? IDNO : IDOK);
+            return true;
+        }
+        for (const unsigned id : {IDC_SCHEDULE_LIST, IDC_ABOUT_LIST, IDC_PREFERENCES_TABS, IDC_EVENT_NAME}) {
+            const HWND dialog = console_.findWindowWith(id);
+            if (dialog == nullptr || !IsWindowEnabled(dialog)) continue;
+            const bool saves = id == IDC_EVENT_NAME && oneIn(3) && ConsoleDriver::isEnabled(dialog, IDOK);
+            PostMessageA(dialog, WM_COMMAND, saves ? IDOK : IDCANCEL, 0);
+            return true;
+        }
+        return false;
+    }
+    void TearDown() override {
+        if (HasFailure() && main_ != nullptr) EnumThreadWindows(GetWindowThreadProcessId(main_, nullptr), tell, 0);
+        ConsoleTest::TearDown();
+    }
+    void live(int cycles) {
+        const int end = logons() + cycles;
+        const DWORD start = GetTickCount();
+        while (logons() < end && console_.isRunning() && !HasFailure()) {
+            step();
+            ASSERT_LT(GetTickCount() - start, 60'000u + 2'000u * static_cast<unsigned>(cycles)) << "it stands still";
+        }
+        ASSERT_TRUE(console_.isRunning()) << "it ended with " << console_.exitCode();
+    }
+    // Logs off and waits until nothing but the logon dialog is left.
+    void settle() {
+        settling_ = true;
+        const auto isQuiet = [&] {
+            const HWND logon = console_.findWindowWith(IDC_LOGON_ID);
+            // What is open below the logon dialog can be closed when somebody is logged on.
+            const bool isLast = GetWindow(logon, GW_OWNER) == main_;
+            if (logon != nullptr && isLast && ConsoleDriver::textOf(logon) == "Logon Required") return true;
+            step();
+            if (IsWindowEnabled(main_)) console_.choose(IDM_LOGOFF);
+            return false;
+        };
+        ASSERT_TRUE(ConsoleDriver::waitUntil(isQuiet, 60'000));
+        EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return console_.findWindowWith(IDC_WAIT_TEXT) == nullptr; }, 3000))
+            << "the please-wait window stays";
+        EXPECT_EQ(console_.eventCount(), 0u);
+        settling_ = false;
+    }
+    Holdings measure() {
+        Holdings held;
+        const HANDLE process = console_.process();
+        GetProcessHandleCount(process, &held.handles);
+        held.gdi = GetGuiResources(process, GR_GDIOBJECTS);
+        held.user = GetGuiResources(process, GR_USEROBJECTS);
+        PROCESS_MEMORY_COUNTERS_EX memory{};
+        GetProcessMemoryInfo(process, reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory), sizeof memory);
+        held.bytes = memory.PrivateUsage;
+        EnumThreadWindows(GetWindowThreadProcessId(main_, nullptr), countTree, reinterpret_cast<LPARAM>(&held.windows));
+        return held;
+    }
+    void endConsole() {
+        ConsoleDriver::click(console_.logonDialog(), IDCANCEL);
+        ASSERT_TRUE(console_.waitForEnd());
+        EXPECT_EQ(console_.exitCode(), 0u);
+    }
+
+    HWND main_ = nullptr;
+    unsigned long seed_ = 0;
+    std::mt19937 random_;
+    std::streamoff tracePosition_ = 0;
+    int logons_ = 0;
+    bool settling_ = false;  // nothing is opened
+};
+
+TEST_F(LifeCycleTest, EndsInOrderAfterAFewCycles) {
+    live(10);
+    settle();
+    endConsole();
+}
+
+TEST_F(LifeCycleTest, LongLifeLeavesNothingBehind) {
+    live(100);
+    settle();
+    const Holdings before = measure();
+    std::cout << "after " << logons() << " logons: " << before << std::endl;
+    live(500);
+    settle();
+    const Holdings after = measure();
+    std::cout << "after " << logons() << " logons: " << after << std::endl;
+    EXPECT_LE(after.handles, before.handles + 2);
+    EXPECT_LE(after.gdi, before.gdi + 2);
+    EXPECT_LE(after.user, before.user + 2);
+    EXPECT_EQ(after.windows, before.windows);
+    EXPECT_LE(after.bytes, before.bytes + 512 * 1024) << "a KiB for each cycle would be a leak";
+    endConsole();
+}
+
+}  // namespace
+}  // namespace orvc::test

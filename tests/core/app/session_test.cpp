@@ -230,11 +230,15 @@ TEST_F(SessionTest, AServerStopClosesThePleaseWaitWindowBeforeTheLogonDialogCome
     for (const bool inThePause : {false, true}) {
         becomeReady();
         host_.onWait = [&] {
-            if (inThePause) EXPECT_NE(event(15).find("close please-wait"), std::string::npos);
+            if (inThePause) {
+                EXPECT_NE(event(15).find("close please-wait"), std::string::npos);
+            }
         };
         event(101);
         timer(timer::kReload);
-        if (!inThePause) EXPECT_NE(event(15).find("stop timer 6; close please-wait"), std::string::npos);
+        if (!inThePause) {
+            EXPECT_NE(event(15).find("stop timer 6; close please-wait"), std::string::npos);
+        }
         EXPECT_FALSE(session_.isReloading());
     }
 }

@@ -68,7 +68,7 @@ TEST_F(EventCallbackTest, TheServersClockIsKeptAsADifference) {
 TEST_F(EventCallbackTest, WhatTheLibraryPointsToIsCopied) {
     char name[] = "\\ORVS\\x", value[] = "text", bytes[] = {'a', '\0', 'b'};
     const KSVariableNotification text{name, 0xC0000001, value, 3}, number{name, 0xC0000004, nullptr, 5}, empty;
-    const KSFileData file{.bytes = bytes, .byteCount = 3};
+    const KSFileData file{.file = {}, .bytes = bytes, .byteCount = 3};
     for (const auto* variable : {&text, &number, &empty})
         callback_.onEvent(104, 7, nullptr, variable);
     callback_.onEvent(121, 7, nullptr, &file);

@@ -61,35 +61,22 @@ TEST_F(EventListTest, DeletesTheSelectedEventOnYesOnly) {
     ASSERT_EQ(calls.size(), 2u);
     EXPECT_TRUE(calls[1].starts_with("KSSysVarCreateKey \\ORVS\\Events\\{")) << calls[1];
     EXPECT_TRUE(calls[1].ends_with("}\\ 0x80000000 0")) << calls[1];
-    exitConsole();
-
-    // It is gone on the server too.
-    startConsole();
-    ASSERT_TRUE(console_.logOn(kBuildingEvents - 1));
-    EXPECT_EQ(console_.rowOf("Pharmacy after hours"), -1);
 }
 
-TEST_F(EventListTest, SelectionFollowsADeletedLastRowAndEndsWithTheList) {
-    startConsole("events=3");
+TEST_F(EventListTest, SelectionStaysWithAFiringFollowsADeletedLastRowAndEndsWithTheList) {
+    startConsole("events=3;fire=200");
     ASSERT_TRUE(console_.logOn(3));
     console_.choose(IDM_DELETE_EVENT);  // nothing is selected: nothing happens
     EXPECT_EQ(console_.waitForMessageBox(300), nullptr);
     console_.selectRow(2);
+    const std::vector<EventRow> before = console_.readEvents();
+    EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return console_.readEvents() != before; }));
+    EXPECT_EQ(console_.selectedRow(), 2);
     for (int left = 2; left >= 0; --left) {
         deleteSelected(IDYES);
         ASSERT_TRUE(waitForCount(static_cast<std::size_t>(left)));
         EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return console_.selectedRow() == left - 1; })) << left;
     }
-    EXPECT_EQ(console_.selectedRow(), -1);
-}
-
-TEST_F(EventListTest, ShowsAFiringWhenItHappens) {
-    startConsole("events=5;fire=200");
-    ASSERT_TRUE(console_.logOn(5));
-    console_.selectRow(3);
-    const std::vector<EventRow> before = console_.readEvents();
-    EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return console_.readEvents() != before; }));
-    EXPECT_EQ(console_.selectedRow(), 3);
 }
 
 TEST_F(EventListTest, ColumnsFillTheWindowAndItsLeastSizeShowsTheirTitles) {
@@ -114,6 +101,24 @@ TEST_F(EventListTest, ColumnsFillTheWindowAndItsLeastSizeShowsTheirTitles) {
     EXPECT_GT(size.bottom - size.top, 200);
     exitConsole();
     EXPECT_EQ(integer("startWidth"), static_cast<unsigned>(size.right - size.left));
+}
+
+TEST_F(EventListTest, TheTrayHidesAndShowsTheWindowAndForgedMessagesDoNothing) {
+    setInteger("hideMinimized", 1);
+    startConsole();
+    ASSERT_TRUE(console_.logOn(kBuildingEvents));
+    const HWND window = console_.mainWindow();
+    ShowWindow(window, SW_MINIMIZE);
+    EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return IsWindowVisible(window) == 0; }));
+    PostMessageA(window, 0x1400, 0x1400, WM_LBUTTONUP);
+    EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return IsWindowVisible(window) != 0 && IsIconic(window) == 0; }));
+    for (UINT message = 0x1401; message <= 0x1410; ++message) {
+        PostMessageA(window, message, 1, 0x1234);
+        SendMessageA(window, message, 1, 0x1234);
+    }
+    EXPECT_EQ(console_.eventCount(), kBuildingEvents);
+    EXPECT_TRUE(console_.isRunning());
+    exitConsole();
 }
 
 }  // namespace

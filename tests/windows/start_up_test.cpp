@@ -24,10 +24,8 @@ TEST_F(StartUpTest, RecordsAWholeRunInOrder) {
             "Received subscription variable information for \\ORVS\\completeBits (dword variable 1 0xc0000004)");
     }));
     exitConsole();
-    const std::vector<std::string> lines = logLines();
-    std::vector<std::string> told;
-    for (const std::string& line : lines)
-        if (!line.starts_with("Received subscription")) told.push_back(line);
+    std::vector<std::string> told = logLines();
+    std::erase_if(told, [](const std::string& line) { return line.starts_with("Received subscription"); });
     const std::vector<std::string> start{
         "** Starting write before console logon **",
         "Orvane Events Console Version 1.0.0.0 started",
@@ -48,26 +46,16 @@ TEST_F(StartUpTest, RecordsAWholeRunInOrder) {
     for (const char* line : {"Console user admin connected", "Console initialization is complete",
                              "doNewGroupMessageInfo: End of messages received", "getListIcoms: Done with group"})
         EXPECT_NE(std::find(told.begin(), told.end(), line), told.end()) << line;
-    EXPECT_TRUE(logHas("Received subscription variable information for \\ORVS\\ (key 0x80000000)"));
-    EXPECT_TRUE(
-        logHas("Received subscription variable information for \\ORVS\\password (string variable '***' 0xc0000001)"));
 }
 
-TEST_F(StartUpTest, OpensWithoutALinkWhenTheLibraryIsMissing) {
-    startConsole({}, makeFolderWithConsole());
-    expectNoLogonDialog();
-    EXPECT_TRUE(logHas("Failed to open KSPassThru.dll"));
-    EXPECT_EQ(ConsoleDriver::textOf(console_.mainWindow()), "Orvane VANTE Event Configuration Console");
-    exitConsole();
-}
-
-TEST_F(StartUpTest, TakesNoLibraryFromTheCurrentFolderOrThePath) {
+TEST_F(StartUpTest, OpensWithoutALinkWhenTheLibraryIsOnlyInTheCurrentFolderAndThePath) {
     const std::string folder = makeFolderWithConsole();
     workingFolder_ = binFolder();
     environment_ = {{"PATH", "c:\\windows\\system32;" + binFolder()}};
     startConsole({}, folder);
     expectNoLogonDialog();
     EXPECT_TRUE(logHas("Failed to open KSPassThru.dll"));
+    EXPECT_EQ(ConsoleDriver::textOf(console_.mainWindow()), "Orvane VANTE Event Configuration Console");
     exitConsole();
 }
 
@@ -94,27 +82,10 @@ TEST_F(StartUpTest, RunsStandAloneWhenTheLibrarySaysSo) {
     EXPECT_FALSE(text("pathConsoleInstall").has_value());
 }
 
-TEST_F(StartUpTest, ValuesOfTheWrongTypeCountAsAbsent) {
-    setText("IPPort", "text");
-    setText("recordEvents", "text");
-    setInteger("IPAddress", 7);
-    setInteger("UserName", 7);
-    startConsole();
-    const HWND dialog = console_.logonDialog();
-    ASSERT_NE(dialog, nullptr);
-    EXPECT_EQ(ConsoleDriver::textOf(dialog, IDC_LOGON_ADDRESS), "0.0.0.0");
-    EXPECT_EQ(ConsoleDriver::textOf(dialog, IDC_LOGON_PORT), "3010");
-    EXPECT_EQ(ConsoleDriver::textOf(dialog, IDC_LOGON_ID), "");
-}
-
 TEST_F(StartUpTest, TellsOnceWhenThereCanBeNoScratchFolder) {
     environment_ = {{"temp", "c:\\no\\such\\folder"}};
     startConsole();
-    const HWND box = console_.waitForMessageBox();
-    ASSERT_NE(box, nullptr);
-    EXPECT_EQ(ConsoleDriver::messageText(box), "Unable to write to temporary directory");
-    EXPECT_EQ(ConsoleDriver::textOf(box), "Call Queue Error");
-    ConsoleDriver::click(box, IDOK);
+    expectMessage("Unable to write to temporary directory", "Call Queue Error");
     ASSERT_NE(console_.logonDialog(), nullptr);
     EXPECT_EQ(console_.findMessageBox(), nullptr);
 }

@@ -68,6 +68,11 @@ TEST_F(LogonSequenceTest, TheCountdownEndsInAnotherAttempt) {
     EXPECT_EQ(tick(10), "title wait 0; stop timers; " + kAttempt + "end: logged on");
 }
 
+TEST_F(LogonSequenceTest, AUserWithoutAdministratorRightsIsSentBackToThePassword) {
+    EXPECT_EQ(attempt(0),
+              kAttempt + "error #" + std::to_string(IDS_LOGON_NO_ADMIN) + "; KSStop; " + kIdle + "; select password");
+}
+
 TEST_F(LogonSequenceTest, CancelEndsACountdownOrTheDialogButNoAttempt) {
     attempt(-30);
     sequence_.cancel();

@@ -192,6 +192,14 @@ TEST_F(SessionTest, LogoffAsksForALogonButNotByItself) {
     session_.logoff();
     logOn();
     EXPECT_FALSE(host_.shownEntry.mayLogOnAtOnce);
+    host_.onWait = nullptr;
+    session_.logoff();
+    event(15);
+    logOn();
+    EXPECT_FALSE(host_.shownEntry.mayLogOnAtOnce) << "a stop that comes long after its logoff";
+    event(15);
+    logOn();
+    EXPECT_TRUE(host_.shownEntry.mayLogOnAtOnce) << "a stop of the server's own";
     link_.open = false;
     session_.logoff();
     EXPECT_EQ(journal_.take(), "") << "no link: nothing to stop";
@@ -222,24 +230,17 @@ TEST_F(SessionTest, AServerStopClosesThePleaseWaitWindowBeforeTheLogonDialogCome
     for (const bool inThePause : {false, true}) {
         becomeReady();
         host_.onWait = [&] {
-            if (inThePause) EXPECT_NE(event(15).find("close please-wait"), std::string::npos);
+            if (inThePause) {
+                EXPECT_NE(event(15).find("close please-wait"), std::string::npos);
+            }
         };
         event(101);
         timer(timer::kReload);
-        if (!inThePause) EXPECT_NE(event(15).find("stop timer 6; close please-wait"), std::string::npos);
+        if (!inThePause) {
+            EXPECT_NE(event(15).find("stop timer 6; close please-wait"), std::string::npos);
+        }
         EXPECT_FALSE(session_.isReloading());
     }
-}
-
-TEST_F(SessionTest, AStopThatComesLongAfterItsLogoffLogsNobodyOn) {
-    logOn();
-    session_.logoff();
-    event(15);
-    logOn();
-    EXPECT_FALSE(host_.shownEntry.mayLogOnAtOnce);
-    event(15);
-    logOn();
-    EXPECT_TRUE(host_.shownEntry.mayLogOnAtOnce) << "a stop of the server's own";
 }
 
 TEST_F(SessionTest, ShutdownStopsClosesAndUnloadsInOrderAndOnce) {

@@ -61,15 +61,6 @@ TEST_F(HandOverTest, OnlyABlockThatFindsNothingPendingIsPosted) {
     EXPECT_TRUE(window_.take().empty());
 }
 
-TEST_F(HandOverTest, ARefusedPostAsksForATimer) {
-    window_.refuseEvery = 1;
-    put(0, 1);
-    EXPECT_TRUE(window_.waitForMessage()) << "the timer's: nothing else comes for the blocks";
-    EXPECT_TRUE(window_.take().empty());
-    EXPECT_TRUE(handOver_->drain());
-    EXPECT_EQ(delivered_, 2);
-}
-
 TEST_F(HandOverTest, ADrainEndsWhenItsTimeIsUp) {
     onReceive_ = [] {
         const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(1);

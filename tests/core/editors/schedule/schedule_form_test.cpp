@@ -14,57 +14,16 @@ using Runs = std::vector<std::pair<int, int>>;  // slots [begin, end)
 
 constexpr int kSlots = WeekMask::kSlotsPerDay;
 
-ScheduleRecord recordWith(const Runs& runs, int day = 0) {
-    ScheduleRecord record;
-    record.name = "Old name";
-    record.key = "{K}";
-    record.hours.emplace();
-    for (const auto& [begin, end] : runs)
-        for (int slot = begin; slot < end; ++slot)
-            record.hours->set(day, slot);
-    return record;
-}
-
-Runs runsOf(const ScheduleRecord& record, int day = 0) {
+Runs runsOf(const ScheduleRecord& record) {
     Runs runs;
     for (int slot = 0; slot < kSlots; ++slot) {
-        if (!record.hours->isSet(day, slot)) continue;
+        if (!record.hours->isSet(0, slot)) continue;
         if (!runs.empty() && runs.back().second == slot)
             ++runs.back().second;
         else
             runs.emplace_back(slot, slot + 1);
     }
     return runs;
-}
-
-// All days of two runs, and some of three.
-TEST(ScheduleForm, ADayOfUpToThreeRunsIsWrittenAsItWasShown) {
-    const auto expectStable = [](const Runs& runs) {
-        ScheduleRecord record = recordWith(runs, 4);
-        ScheduleForm form(record);
-        ASSERT_EQ(form.changeDay(4), std::nullopt);
-        const auto shown = form.times;
-        ASSERT_EQ(form.commitDay(), std::nullopt);
-        ASSERT_EQ(runsOf(record, 4), runs);
-        ASSERT_EQ(form.changeDay(4), std::nullopt);
-        ASSERT_EQ(form.times, shown);
-    };
-    expectStable({});
-    for (int a = 0; a < kSlots; ++a)
-        for (int b = a + 1; b < kSlots; ++b)
-            for (int c = b + 1; c < kSlots; ++c)
-                for (int d = c + 1; d <= kSlots; ++d)
-                    expectStable({{a, b}, {c, d}});
-    for (int i = 0; i < 43; ++i)
-        expectStable({{0, i + 1}, {i + 2, i + 4}, {i + 5, 48}});
-}
-
-TEST(ScheduleForm, AFourthRunIsNotShownAndGoesWithTheNextCommit) {
-    ScheduleRecord record = recordWith({{2, 4}, {10, 12}, {20, 22}, {30, 48}});
-    ScheduleForm form(record);
-    EXPECT_EQ(endPosition(form.times[5]), 22);
-    EXPECT_EQ(form.changeDay(1), std::nullopt);
-    EXPECT_EQ(runsOf(record), (Runs{{2, 4}, {10, 12}, {20, 22}}));
 }
 
 // Times are given as positions; kNone is an hour of "None".
@@ -100,11 +59,12 @@ TEST(ScheduleForm, ChecksPeriodsInTheirOrder) {
         {{18, 24, kNone, kNone, 20, 30}, {}, {{18, 30}}},
     };
     for (const auto& test : cases) {
-        ScheduleRecord record = recordWith({{3, 5}});
+        ScheduleRecord record;
+        record.hours.emplace().set(0, 3);
         ScheduleForm form(record);
         form.times = timesAt(test.positions);
         EXPECT_EQ(form.commitDay(), test.message) << testing::PrintToString(test.positions);
-        EXPECT_EQ(runsOf(record), test.message ? (Runs{{3, 5}}) : test.written)
+        EXPECT_EQ(runsOf(record), test.message ? (Runs{{3, 4}}) : test.written)
             << testing::PrintToString(test.positions);
     }
 }

@@ -5,9 +5,13 @@
 namespace orvc {
 namespace {
 
-constexpr char kOld[] = "{00000001-0002-0003-0405-060708090A0B}";
 constexpr char kNew[] = "{A0000000-0000-0000-0000-000000000000}";
-constexpr char kNull[] = "{00000000-0000-0000-0000-000000000000}";
+constexpr char kDeleted[] =
+    "KSFileDelete {00000001-0002-0003-0405-060708090A0B}; "
+    "log: fillEvent: Deleted file GUID '{00000001-0002-0003-0405-060708090A0B}'";
+constexpr char kWritten[] =
+    "KSFileCreate; log: fileEvent: Created GUID {A0000000-0000-0000-0000-000000000000}; "
+    "KSFileWrite {A0000000-0000-0000-0000-000000000000}";
 
 class EventSaverTest : public EditorTest {
   protected:
@@ -19,83 +23,64 @@ class EventSaverTest : public EditorTest {
     std::string save(EventRecord& record) {
         EventForm form = newForm();
         form.load(record);
-        form.setSpokenText("Hi");
-        form.setEmail({"a", "b", "cc", "bc", "s", "body"});
+        form.setSpokenText("Hi & <go>\r\n");
+        form.setEmail({"a", "b", "cc", "bc", "s & <s> 5%", "100%"});
         fillEvent(form, record, link_, log_.log, [] { return KSGuid{.data1 = 7}; });
         std::string calls = journal_.take();
-        for (std::size_t xml; (xml = calls.find(" <?xml")) != std::string::npos;) {
-            contents_ = calls.substr(xml, calls.find("</ORVSEventFile>", xml) - xml);
-            calls.erase(xml, contents_.size() + std::string_view("</ORVSEventFile>\r\n").size());
+        if (const std::size_t xml = calls.find(" <?xml"); xml != std::string::npos) {
+            const std::size_t end = calls.rfind("</ORVSEventFile>\r\n") + 18;
+            contents_ = calls.substr(xml, end - xml);
+            calls.erase(xml, end - xml);
         }
         return calls;
     }
-    static std::string on(std::string_view call, std::string_view guid) { return std::string(call).append(guid); }
-
     std::string contents_;
 };
 
 TEST_F(EventSaverTest, TheOldFileGoesBeforeANewOneIsWritten) {
-    const std::string deleted = on("KSFileDelete ", kOld) + on("; log: fillEvent: Deleted file GUID '", kOld) + "'";
-    const std::string written = on("KSFileCreate; log: fileEvent: Created GUID ", kNew) + on("; KSFileWrite ", kNew);
-    for (const Response response : {Response::kActivateRelay, Response::kServerAudio, Response::kTtsFile,
-                                    Response::kTtsMessage, Response::kEmail}) {
-        const bool hasFile = response == Response::kTtsMessage || response == Response::kEmail;
+    const std::pair<Response, const char*> cases[] = {
+        {Response::kActivateRelay, nullptr},
+        {Response::kServerAudio, nullptr},
+        {Response::kTtsFile, nullptr},
+        {Response::kTtsMessage, "<TTS voice=\"default\" encoded=\"yes\">Hi &amp; &lt;go&gt;%0d%0a</TTS>"},
+        {Response::kEmail,
+         "<Email from=\"a\" to=\"b\" cc=\"\" bc=\"\" subject=\"s & <s> 5%\" encoded=\"yes\">100%%</Email>"}};
+    for (const auto& [response, element] : cases) {
         for (const bool hadFile : {true, false}) {
             EventRecord record = completeRecord(response);
             if (!hadFile) record.fileGuid = std::nullopt;
-            const std::string expected =
-                (hadFile ? deleted : "") + (hadFile && hasFile ? "; " : "") + (hasFile ? written : "");
-            EXPECT_EQ(save(record), expected) << static_cast<int>(response);
-            EXPECT_EQ(record.fileGuid, hasFile ? kNew : "");
+            const std::string separator = hadFile && element != nullptr ? "; " : "";
+            EXPECT_EQ(save(record), (hadFile ? kDeleted : "") + separator + (element != nullptr ? kWritten : ""));
+            EXPECT_EQ(record.fileGuid, element != nullptr ? kNew : "");
             EXPECT_EQ(record.key, "{E}");
+            if (element == nullptr) continue;
+            EXPECT_EQ(contents_, std::string(" <?xml version=\"1.0\" encoding=\"utf-8\" ?>\r\n<ORVSEventFile>\r\n\t")
+                                     .append(element)
+                                     .append("\r\n</ORVSEventFile>\r\n"));
         }
     }
-    EXPECT_NE(contents_.find("<Email from=\"a\" to=\"b\" cc=\"\" bc=\"\" subject=\"s\" encoded=\"yes\">body</Email>"),
-              std::string::npos)
-        << contents_;
 }
 
 TEST_F(EventSaverTest, WhatTheServerRefusesIsLoggedAndStopsNothing) {
-    const std::string deleted = on("KSFileDelete ", kOld) + on("; log: fillEvent: Deleted file GUID '", kOld) + "'; ";
     const struct {
-        const char* refused;
-        std::string calls;
-        const char* stored;
+        Response response;
+        const char *refused, *log, *stored;
     } cases[] = {
-        {"KSFileDelete",
-         on("KSFileDelete ", kOld) + on("; log: fillEvent: Failed to delete file GUID '", kOld) +
-             on("'; KSFileCreate; log: fileEvent: Created GUID ", kNew) + on("; KSFileWrite ", kNew),
-         kNew},
-        {"KSFileCreate",
-         deleted +
-             "KSFileCreate; log: fileEvent: Failed to create a file; log: makeGUID: Invalid guid to convert ''; " +
-             on("KSFileWrite ", kNull),
-         ""},
-        {"KSFileWrite",
-         deleted + on("KSFileCreate; log: fileEvent: Created GUID ", kNew) + on("; KSFileWrite ", kNew) +
-             on("; log: writeEventFileTts: Failed to write to GUID ", kNew),
-         kNew},
+        {Response::kTtsMessage, "KSFileDelete", "fillEvent: Failed to delete file GUID '{00000001-", kNew},
+        {Response::kTtsMessage, "KSFileCreate",
+         "fileEvent: Failed to create a file; log: makeGUID: Invalid guid to convert ''; KSFileWrite {00000000-", ""},
+        {Response::kTtsMessage, "KSFileWrite", "writeEventFileTts: Failed to write to GUID {A0000000-", kNew},
+        {Response::kEmail, "KSFileWrite", "writeEventFileEmail: Failed to write to GUID {A0000000-", kNew},
     };
     for (const auto& c : cases) {
         link_.refused = c.refused;
-        EventRecord record = completeRecord(Response::kTtsMessage);
-        EXPECT_EQ(save(record), c.calls);
+        EventRecord record = completeRecord(c.response);
+        const std::string calls = save(record);
+        EXPECT_NE(calls.find(std::string("; log: ") + c.log), std::string::npos) << calls;
+        EXPECT_NE(calls.find("KSFileWrite {"), std::string::npos) << calls;
         EXPECT_EQ(record.fileGuid, c.stored) << c.refused;
         EXPECT_EQ(record.name, "Old");
     }
-    // An old GUID that is none: the null file is asked to go.
-    link_.refused.clear();
-    EventRecord record = completeRecord(Response::kActivateRelay);
-    record.fileGuid = "{1234}";
-    EXPECT_EQ(save(record), on("log: makeGUID: Invalid guid to convert '{1234}'; KSFileDelete ", kNull) +
-                                "; log: fillEvent: Deleted file GUID '{1234}'");
-}
-
-TEST_F(EventSaverTest, AnEventWithoutAKeyGetsANewOne) {
-    EventRecord record = completeRecord(Response::kActivateRelay);
-    record.key.clear();
-    save(record);
-    EXPECT_EQ(record.key, "{00000007-0000-0000-0000-000000000000}");
 }
 
 }  // namespace

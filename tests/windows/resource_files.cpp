@@ -63,4 +63,10 @@ std::wstring windowText(HWND window) {
     return text;
 }
 
+std::string classOf(HWND window) {
+    char name[64] = "";
+    GetClassNameA(window, name, sizeof name);
+    return name;
+}
+
 }  // namespace orvc::test

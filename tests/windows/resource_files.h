@@ -34,5 +34,7 @@ class ResourceFile {
 // A dialog's controls in the order of its template.
 std::vector<HWND> controlsOf(HWND dialog);
 std::wstring windowText(HWND window);
+// "Button", "Edit" and the like.
+std::string classOf(HWND window);
 
 }  // namespace orvc::test

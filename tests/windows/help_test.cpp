@@ -126,10 +126,11 @@ TEST_F(HelpTest, F1AsksForTheChapterOfTheWindowAndSaysWhenThereIsNoHelp) {
         }
         if (command == IDM_PREFERENCES) {
             console_.clickTab(dialog, control, 1);
-            ask(dialog, "preferences-email.htm");
             HWND page = nullptr;
             while (GetDlgItem(page, IDC_PREFERENCES_TEST) == nullptr)
                 ASSERT_NE(page = FindWindowExA(dialog, page, "#32770", nullptr), nullptr);
+            PostMessageA(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(page, IDC_PREFERENCES_HOST)), TRUE);
+            ask(dialog, "preferences-email.htm");
             ConsoleDriver::click(page, IDC_PREFERENCES_TEST);
             const HWND test = console_.waitForWindowWith(IDC_EMAIL_FROM);
             ask(test, "email-test.htm");

@@ -146,7 +146,10 @@ TEST_F(HelpTest, F1AsksForTheChapterOfTheWindowAndSaysWhenThereIsNoHelp) {
     const HWND question = console_.waitForMessageBox();
     ASSERT_NE(question, nullptr);
     press(question, VK_F1);
-    ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return console_.findMessageBox() != question; }));
+    ASSERT_TRUE(ConsoleDriver::waitUntil([&] {
+        const HWND answer = console_.findMessageBox();
+        return answer != nullptr && answer != question;
+    }));
     expectChapter("messages.htm", file);
     EXPECT_EQ(console_.findMessageBox(), question);
 }

@@ -13,6 +13,7 @@ std::string_view takeLine(std::string_view& text) {
     text.remove_prefix(end + 2);
     require(line.find_first_of("\r\n") == std::string_view::npos, "a line end is CR LF");
     require(line.size() <= 998, "a line is no longer than mail can carry");
+    require(std::ranges::all_of(line, [](char c) { return c == '\t' || (c >= ' ' && c < 0x7F); }), "a mail is ASCII");
     return line;
 }
 
@@ -22,7 +23,7 @@ std::string_view checkHeader(std::string_view message) {
     while (true) {
         const std::string_view line = takeLine(message);
         if (line.empty()) break;
-        require(std::ranges::all_of(line, [](char c) { return c >= ' ' && c < 0x7F; }), "a header is printable ASCII");
+        require(line.find('\t') == std::string_view::npos, "a header has no tabs");
         if (line.starts_with(' ')) {
             require(!fields.empty(), "the first line is a field");
             require(line.find_first_not_of(' ') != std::string_view::npos, "a folded line is not empty");
@@ -35,54 +36,6 @@ std::string_view checkHeader(std::string_view message) {
     return message;
 }
 
-// The body's lines, ended by a line feed.
-std::string decodeBody(std::string_view body, bool isQuoted) {
-    std::string text;
-    while (!body.empty()) {
-        std::string_view line = takeLine(body);
-        require(!isQuoted || line.size() <= 76, "a quoted line is short");
-        const bool goesOn = isQuoted && line.ends_with('=');
-        if (goesOn) line.remove_suffix(1);
-        for (; !line.empty(); line.remove_prefix(1)) {
-            if (isQuoted && line[0] == '=') {
-                require(line.size() >= 3, "an escape is whole");
-                text += static_cast<char>(std::strtoul(std::string(line.substr(1, 2)).c_str(), nullptr, 16));
-                line.remove_prefix(2);
-            } else {
-                require(line[0] == '\t' || (line[0] >= ' ' && line[0] < 0x7F), "a body is printable ASCII");
-                text += line[0];
-            }
-        }
-        if (!goesOn) text += '\n';
-    }
-    return text;
-}
-
-std::string withLineFeeds(const std::string& text) {
-    std::string lines;
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        if (text[at] == '\r' && at + 1 < text.size() && text[at + 1] == '\n') continue;
-        lines += text[at] == '\r' ? '\n' : text[at];
-    }
-    if (!lines.ends_with('\n')) lines += '\n';
-    return lines;
-}
-
-void checkRecipients(const std::string& text, const std::vector<std::string>& items) {
-    std::size_t at = 0;
-    for (const std::string& item : items) {
-        require(!item.empty() && item == trimBlanks(item), "an item has no blanks around it");
-        require(item.find_first_of(",;") == std::string::npos, "an item has no separator");
-        at = text.find(item, at);
-        require(at != std::string::npos, "items stand in the text, in order");
-        at += item.size();
-    }
-}
-
-bool hasControl(const std::string& text) {
-    return std::ranges::any_of(text, [](char c) { return (c >= 0 && c < ' ') || c == 0x7F; });
-}
-
 }  // namespace
 }  // namespace orvc
 
@@ -92,22 +45,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Email email;
     email.subject = input.text();
     email.from = input.text();
-    const std::string to = input.text();
-    const std::vector<std::string> items = splitRecipients(to);
-    checkRecipients(to, items);
-    for (const std::string& item : items)
+    for (const std::string& item : splitRecipients(input.text()))
         email.addTo(input.flag() ? input.text() : item, item);
     email.body = input.rest();
-
-    bool anyControl = hasControl(email.subject) || hasControl(email.from);
-    for (const EmailRecipient& recipient : email.to)
-        anyControl = anyControl || hasControl(recipient.name) || hasControl(recipient.address);
     if (findFault(email)) return 0;
-    require(!anyControl, "control characters are refused");
     const std::string message = formatEmail(email, {input.word(), "abc123"});
-    const std::string_view body = checkHeader(message);
-    const bool isQuoted =
-        message.find("Content-Transfer-Encoding: quoted-printable\r\n") < message.size() - body.size();
-    require(decodeBody(body, isQuoted) == withLineFeeds(email.body), "the body arrives as it was written");
+    std::string_view body = checkHeader(message);
+    while (!body.empty())
+        takeLine(body);
     return 0;
 }

@@ -19,6 +19,14 @@ inline void require(bool holds, const char* what) {
     std::abort();
 }
 
+// A text as a payload file's escapes keep it: letters beyond ASCII become one.
+inline std::string withoutLoss(std::string_view text) {
+    std::string kept(text);
+    std::ranges::replace_if(
+        kept, [](char c) { return static_cast<unsigned char>(c) >= 0x80; }, '\xFF');
+    return kept;
+}
+
 // One input, read from its front. What is read beyond its end is zeros and empty texts.
 class Input {
   public:
@@ -58,6 +66,7 @@ class Input {
         std::copy(taken.begin(), taken.end(), bytes.begin());
         return bytes;
     }
+    std::vector<char> restAsBlock() { return block(left_.size()); }
 
   private:
     std::string_view left_;

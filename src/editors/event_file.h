@@ -20,6 +20,8 @@ struct EventEmail {
     std::string bc;
     std::string subject;
     std::string body;
+
+    bool operator==(const EventEmail&) const = default;
 };
 
 // The whole file. The text and the body are encoded, the other fields go in as they are: a double quote in one of them

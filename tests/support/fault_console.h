@@ -14,7 +14,9 @@ namespace orvc {
 
 class FaultConsole final : public SessionHost, public ServerLink, public WindowPoster {
   public:
-    explicit FaultConsole(LogSystem& system) : log(system, clock_) {
+    // What is given lives longer.
+    FaultConsole(LogSystem& system, FaultPlan& posts, FaultPlan& timers)
+        : posts_(posts), timers_(timers), log(system, clock_) {
         log.setSupportFolder("a folder");
         log.setRecordEvents(1);
         session_.setConsoleMode(true);
@@ -31,23 +33,18 @@ class FaultConsole final : public SessionHost, public ServerLink, public WindowP
             refused_.retry([this](std::uintptr_t timer, std::uint32_t) { return startIfAllowed(timer); });
             if (posted_ || running_[timer::kHandOver] || session_.hasUndeliveredEvents()) deliver();
             for (std::uintptr_t timer = timer::kLogon; timer < timer::kHandOver; ++timer)
-                if (running_[timer]) tick(timer);
+                if (running_[timer]) guarded([&] { session_.onTimer(timer); });
             clock_.seconds += i % 10 == 9 ? 1 : 0;
         }
     }
-    void tick(std::uintptr_t timer) {
-        guarded([&] { session_.onTimer(timer); });
-    }
-    void stopServer() { EventCallback::receive(event_code::kServerStop, 0, nullptr, nullptr); }
-    void announceReload() { EventCallback::receive(event_code::kSettingsUpdate, 0, nullptr, nullptr); }
-    // What the operator or Windows asks for. Returns whether it was done.
+    void stopServer() { tell(event_code::kServerStop, 0, nullptr); }
+    void announceReload() { tell(event_code::kSettingsUpdate, 0, nullptr); }
+    // What the operator or Windows asks for.
     template <typename Work>
-    bool guarded(const Work& work) {
+    void guarded(const Work& work) {
         try {
             work();
-            return true;
         } catch (const std::exception&) {
-            return false;
         }
     }
 
@@ -67,8 +64,6 @@ class FaultConsole final : public SessionHost, public ServerLink, public WindowP
     }
     Session& session() { return session_; }
 
-    FaultPlan posts;
-    FaultPlan timers;
     bool waiting = false;  // the please-wait window is open
     bool open = true;
 
@@ -82,8 +77,7 @@ class FaultConsole final : public SessionHost, public ServerLink, public WindowP
         running_[timer] = false;
     }
     LogonOutcome runLogonDialog(const LogonEntry& entry) override {
-        sendDirectory();
-        EventCallback::receive(event_code::kInitializationComplete, 0, nullptr, nullptr);
+        resendSettings();
         return {true, false, {"a logon ID that needs memory", entry.password, "10.0.0.9", "3011", true, false}};
     }
     void showTitle(const std::string&) override {}
@@ -104,29 +98,27 @@ class FaultConsole final : public SessionHost, public ServerLink, public WindowP
     // ServerLink
     bool isOpen() const override { return open; }
     StartResult start(const KSSocketAddress&, const std::string&, const std::string&) override { return {0, true}; }
-    std::int32_t stop() override {
-        stopServer();
-        return 0;
-    }
+    std::int32_t stop() override { return tell(event_code::kServerStop, 0, nullptr); }
     std::int32_t close() override { return 0; }
     void unload() override { open = false; }
     std::int32_t createGroup(const KSGroupRecord&) override { return 0; }
     std::int32_t deleteGroup(std::uint32_t) override { return 0; }
     std::int32_t getGroupMembers(std::uint32_t id) override {
-        EventCallback::receive(event_code::kGroupMember, static_cast<std::int32_t>(id), nullptr, &kDoor);
-        return 0;
+        return tell(event_code::kGroupMember, static_cast<std::int32_t>(id), &kDoor);
     }
     std::int32_t getMessages() override {
         KSMessageRecord message{};
         setFieldText(message.name, "Chime");
         setFieldText(message.key, "chime");
-        EventCallback::receive(event_code::kGroupMessage, 0, nullptr, &message);
-        return 0;
+        return tell(event_code::kGroupMessage, 0, &message);
     }
     std::int32_t resendSettings() override {
-        sendDirectory();
-        EventCallback::receive(event_code::kInitializationComplete, 0, nullptr, nullptr);
-        return 0;
+        const KSConnectionInfo door{.mac = kDoor};
+        EventCallback::receive(event_code::kNewConnection, 1, &door, nullptr);
+        KSGroupRecord group{.expectedMembers = 1};
+        setFieldText(group.key, "Nurses");
+        tell(event_code::kGroupInformation, 7, &group);
+        return tell(event_code::kInitializationComplete, 0, nullptr);
     }
     std::int32_t createKey(const std::string&, bool) override { return 0; }
     std::int32_t subscribe(const std::string&) override {
@@ -151,7 +143,7 @@ class FaultConsole final : public SessionHost, public ServerLink, public WindowP
     std::int32_t deleteFile(const KSGuid&) override { return 0; }
 
     // WindowPoster
-    bool post(std::uint32_t, std::uintptr_t, std::intptr_t) override { return posted_ = !posts.fails(); }
+    bool post(std::uint32_t, std::uintptr_t, std::intptr_t) override { return posted_ = !posts_.fails(); }
     bool send(std::uint32_t, std::uintptr_t, std::intptr_t) override {
         deliver();
         return true;
@@ -161,14 +153,11 @@ class FaultConsole final : public SessionHost, public ServerLink, public WindowP
     static void send(const char* name, const char* text, std::uint32_t number) {
         const std::uint32_t type = text != nullptr ? variable_type::kString : variable_type::kDword;
         const KSVariableNotification notification{name, type, text, number};
-        EventCallback::receive(event_code::kVariable, 0, nullptr, &notification);
+        tell(event_code::kVariable, 0, &notification);
     }
-    static void sendDirectory() {
-        const KSConnectionInfo door{.mac = kDoor};
-        EventCallback::receive(event_code::kNewConnection, 1, &door, nullptr);
-        KSGroupRecord group{.expectedMembers = 1};
-        setFieldText(group.key, "Nurses");
-        EventCallback::receive(event_code::kGroupInformation, 7, nullptr, &group);
+    static std::int32_t tell(std::uint32_t code, std::int32_t number, const void* record) {
+        EventCallback::receive(code, number, nullptr, record);
+        return 0;
     }
     void deliver() {
         posted_ = running_[timer::kHandOver] = false;
@@ -176,12 +165,14 @@ class FaultConsole final : public SessionHost, public ServerLink, public WindowP
         guarded([&] { done = session_.deliverEvents(); });
         if (!done) startTimer(timer::kHandOver, timer::kHandOverPeriod);
     }
-    bool startIfAllowed(std::uintptr_t timer) { return running_[timer] = !timers.fails(); }
+    bool startIfAllowed(std::uintptr_t timer) { return running_[timer] = !timers_.fails(); }
 
     static constexpr KSMac kDoor{2, 0, 0, 0, 0, 1};
 
     FakeClock clock_;
     Settings settings_;
+    FaultPlan& posts_;
+    FaultPlan& timers_;
     std::bitset<timer::kHandOver + 1> running_;
     RefusedTimers refused_;
     bool posted_ = false;

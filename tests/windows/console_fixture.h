@@ -17,6 +17,10 @@ inline constexpr std::size_t kBuildingEvents = 20;  // Events of the demo server
 // Starts each test without settings, tracking file or installation of an earlier one. Tests of this kind share the
 // user's registry and folders: they never run at the same time.
 class ConsoleTest : public testing::Test {
+  public:
+    // Where the tests lie, and the console beside them.
+    static std::string binFolder();
+
   protected:
     void SetUp() override;
     void TearDown() override;
@@ -42,7 +46,6 @@ class ConsoleTest : public testing::Test {
     static std::optional<unsigned> integer(const char* name);
     static std::optional<std::string> text(const char* name);
 
-    static std::string binFolder();
     static std::string supportFolder();
     static std::string trackingFile() { return supportFolder() + "\\ORVCTracking.txt"; }
     // A folder of this test's own, made anew, with a copy of the console in it.

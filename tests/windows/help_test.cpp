@@ -2,8 +2,6 @@
 
 #include <tlhelp32.h>
 
-#include <algorithm>
-
 #include "windows/console_fixture.h"
 
 namespace orvc::test {
@@ -60,34 +58,21 @@ class HelpTest : public ConsoleTest {
         EXPECT_EQ(openedChapters(), expected_);
     }
 
-    std::vector<std::string> expected_;
-};
-
-// Viewers that the console has started, ended with this object.
-class Viewers {
-  public:
-    explicit Viewers(HANDLE console) : console_(GetProcessId(console)) {}
-    ~Viewers() {
-        for (const DWORD id : find()) {
-            const HANDLE process = OpenProcess(PROCESS_TERMINATE, FALSE, id);
-            TerminateProcess(process, 0);
-            CloseHandle(process);
-        }
-    }
-    std::vector<DWORD> find() const {
-        std::vector<DWORD> ids;
+    // Viewers that the console has started, as handles that can end them.
+    std::vector<HANDLE> findViewers() const {
+        std::vector<HANDLE> viewers;
         const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
         PROCESSENTRY32 entry{};
         entry.dwSize = sizeof entry;
         for (BOOL more = Process32First(snapshot, &entry); more; more = Process32Next(snapshot, &entry))
-            if (entry.th32ParentProcessID == console_ && lstrcmpiA(entry.szExeFile, "hh.exe") == 0)
-                ids.push_back(entry.th32ProcessID);
+            if (entry.th32ParentProcessID == GetProcessId(console_.process()) &&
+                lstrcmpiA(entry.szExeFile, "hh.exe") == 0)
+                viewers.push_back(OpenProcess(PROCESS_TERMINATE, FALSE, entry.th32ProcessID));
         CloseHandle(snapshot);
-        return ids;
+        return viewers;
     }
 
-  private:
-    DWORD console_;
+    std::vector<std::string> expected_;
 };
 
 TEST_F(HelpTest, F1AsksForTheChapterOfTheWindowAndSaysWhenThereIsNoHelp) {
@@ -99,7 +84,6 @@ TEST_F(HelpTest, F1AsksForTheChapterOfTheWindowAndSaysWhenThereIsNoHelp) {
         press(window, VK_F1);
         expectChapter(chapter, file);
     };
-    ask(console_.logonDialog(), "logon.htm");
     // In the box that says so F1 puts no second one on top.
     press(console_.logonDialog(), VK_F1);
     const HWND box = console_.waitForMessageBox();
@@ -110,15 +94,13 @@ TEST_F(HelpTest, F1AsksForTheChapterOfTheWindowAndSaysWhenThereIsNoHelp) {
     EXPECT_EQ(console_.findMessageBox(), nullptr);
     ASSERT_TRUE(console_.logOn(kBuildingEvents));
     const HWND main = console_.mainWindow();
-    ask(main, "main-window.htm");
     console_.choose(IDM_HELP);
     expectChapter("", file);
     // An open menu is closed first.
-    const auto menuIsOpen = [&] { return isInMenu(main); };
     press(main, VK_F10);
-    ASSERT_TRUE(ConsoleDriver::waitUntil(menuIsOpen));
+    ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return isInMenu(main); }));
     ask(main, "main-window.htm");
-    EXPECT_FALSE(menuIsOpen());
+    EXPECT_FALSE(isInMenu(main));
     struct {
         unsigned command;
         unsigned control;
@@ -134,19 +116,19 @@ TEST_F(HelpTest, F1AsksForTheChapterOfTheWindowAndSaysWhenThereIsNoHelp) {
         const HWND dialog = console_.waitForWindowWith(control);
         ask(dialog, chapter);
         if (command == IDM_CREATE_EVENT) {
+            // An open list is closed, and nothing is chosen.
             ConsoleDriver::type(dialog, IDC_EVENT_NAME, "Any");
             SetForegroundWindow(dialog);
-            PostMessageA(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(dialog, IDC_EVENT_TRIGGER)), TRUE);
-            PostMessageA(GetDlgItem(dialog, IDC_EVENT_TRIGGER), CB_SHOWDROPDOWN, TRUE, 0);
-            ask(dialog, "event-editor.htm");
-            EXPECT_EQ(ConsoleDriver::selectedEntry(dialog, IDC_EVENT_TRIGGER), "<Select Trigger>");
+            PostMessageA(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(dialog, control)), TRUE);
+            PostMessageA(GetDlgItem(dialog, control), CB_SHOWDROPDOWN, TRUE, 0);
+            ask(dialog, chapter);
+            EXPECT_EQ(ConsoleDriver::selectedEntry(dialog, control), "<Select Trigger>");
         }
         if (command == IDM_PREFERENCES) {
-            console_.clickTab(dialog, IDC_PREFERENCES_TABS, 1);
-            HWND page = GetWindow(dialog, GW_CHILD);
-            while (page != nullptr && GetDlgItem(page, IDC_PREFERENCES_TEST) == nullptr)
-                page = GetWindow(page, GW_HWNDNEXT);
-            ASSERT_NE(page, nullptr);
+            console_.clickTab(dialog, control, 1);
+            HWND page = nullptr;
+            while (GetDlgItem(page, IDC_PREFERENCES_TEST) == nullptr)
+                ASSERT_NE(page = FindWindowExA(dialog, page, "#32770", nullptr), nullptr);
             PostMessageA(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(page, IDC_PREFERENCES_HOST)), TRUE);
             ask(dialog, "preferences-email.htm");
             ConsoleDriver::click(page, IDC_PREFERENCES_TEST);
@@ -164,7 +146,10 @@ TEST_F(HelpTest, F1AsksForTheChapterOfTheWindowAndSaysWhenThereIsNoHelp) {
     const HWND question = console_.waitForMessageBox();
     ASSERT_NE(question, nullptr);
     press(question, VK_F1);
-    ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return console_.findMessageBox() != question; }));
+    ASSERT_TRUE(ConsoleDriver::waitUntil([&] {
+        const HWND answer = console_.findMessageBox();
+        return answer != nullptr && answer != question;
+    }));
     expectChapter("messages.htm", file);
     EXPECT_EQ(console_.findMessageBox(), question);
 }
@@ -176,12 +161,16 @@ TEST_F(HelpTest, TheViewerRunsInAProcessOfItsOwn) {
     startIn(folder, {"ORVSConfig.exe", "KSPassThru.dll", "HelpFile.chm"});
     const HWND logon = console_.logonDialog();
     ASSERT_NE(logon, nullptr);
-    const Viewers viewers(console_.process());
     press(logon, VK_F1);
-    EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return viewers.find().size() == 1; }));
+    std::vector<HANDLE> viewers;
+    EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return !(viewers = findViewers()).empty(); }));
     EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return logHas("Help File is named '" + folder + "\\HelpFile.chm'"); }));
     EXPECT_EQ(console_.findMessageBox(), nullptr);
-    EXPECT_EQ(viewers.find().size(), 1u);
+    for (const HANDLE viewer : viewers) {
+        TerminateProcess(viewer, 0);
+        CloseHandle(viewer);
+    }
+    EXPECT_EQ(viewers.size(), 1u);
 }
 
 }  // namespace

@@ -1,8 +1,8 @@
 // Lets the console on Windows, or under Wine, send test e-mails from its Preferences.
 //
-// Arguments: a certificate file (DER) that the user trusts meanwhile, recipients, subject, and for each e-mail
-// "port,password". The texts are taken in the code page of the machine. Prints what each message box says, and then
-// what the support log says about e-mail.
+// Arguments: a certificate file (DER) that the user trusts meanwhile, subject, message, and for each e-mail
+// "port,password,recipients". The texts are taken in the code page of the machine. Prints what each message box says,
+// and then what the support log says about e-mail.
 #include <windows.h>
 
 #include <shlobj.h>
@@ -53,12 +53,14 @@ Trust::Trust(const std::string& path) {
     CertControlStore(store_, 0, CERT_STORE_CTRL_COMMIT, nullptr);
 }
 
-void send(ConsoleDriver& console, const orvc::driver::MailTexts& texts, const std::string& target) {
+void send(ConsoleDriver& console, orvc::driver::MailTexts texts, const std::string& target) {
     const std::size_t comma = target.find(',');
+    const std::size_t second = target.find(',', comma + 1);
+    texts.to = target.substr(second + 1);
     orvc::driver::PreferencesDriver preferences(console);
     preferences.showEmailPage();
-    preferences.enter(
-        {"console", target.substr(comma + 1), "localhost", "console@clinic.example", std::atoi(target.c_str())});
+    preferences.enter({"console", target.substr(comma + 1, second - comma - 1), "localhost", "console@clinic.example",
+                       std::atoi(target.c_str())});
     const HWND test = preferences.openTest(texts);
     const HWND box = preferences.send(test);
     std::printf("%s\n", ConsoleDriver::messageText(box).c_str());
@@ -94,7 +96,7 @@ int main(int count, char** arguments) {
     try {
         if (!console.start(own.substr(0, own.rfind('\\') + 1) + "ORVSConfig.exe") || !console.logOn(1)) return 3;
         for (int i = 4; i < count; ++i)
-            send(console, {arguments[2], arguments[3], "Hello\r\n.\r\n"}, arguments[i]);
+            send(console, {"", arguments[2], arguments[3]}, arguments[i]);
     } catch (const orvc::driver::StepFailed& error) {
         std::printf("%s\n", error.what());
         return 1;

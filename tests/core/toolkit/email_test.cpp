@@ -24,10 +24,6 @@ std::string format(const Email& email) {
     return formatEmail(email, {1'795'262'700, "abc"});
 }
 
-std::string bodyOf(const std::string& message) {
-    return message.substr(message.find("\r\n\r\n") + 4);
-}
-
 std::vector<std::string> linesOf(const std::string& text) {
     std::vector<std::string> lines;
     std::istringstream stream(text);
@@ -70,46 +66,38 @@ TEST(EmailMessage, SubjectsOfOtherLettersBecomeWordsThatFitTheirLines) {
     }
 }
 
+// The fuzzer sees to it that every body comes back, in lines that mail can carry.
 TEST(EmailMessage, BodiesThatMailCannotCarryAreQuoted) {
+    const std::string longLine(75, 'a');
     const std::pair<std::string, std::string> cases[] = {
         {"Gr\xC3\xBC\xC3\x9F e = 1 \nend", "Gr=C3=BC=C3=9F e =3D 1=20\r\nend\r\n"},
         {std::string("nul\0", 4), "nul=00\r\n"},
-        {std::string(999, 'a'), ""},
+        {longLine + "\xC3\xBC", longLine + "=\r\n=C3=BC\r\n"},
     };
     for (const auto& [body, expected] : cases) {
         const std::string message = format(makeEmail("s", body));
         EXPECT_THAT(message, HasSubstr("Content-Transfer-Encoding: quoted-printable"));
-        EXPECT_THAT(bodyOf(message), HasSubstr(expected));
-        for (const std::string& line : linesOf(bodyOf(message)))
-            EXPECT_LE(line.size(), 76u);
+        EXPECT_TRUE(message.ends_with("\r\n\r\n" + expected)) << message;
     }
-    EXPECT_EQ(bodyOf(format(makeEmail("s", std::string(75, 'a') + "\xC3\xBC"))),
-              std::string(75, 'a') + "=\r\n=C3=BC\r\n");
 }
 
-TEST(EmailMessage, RecipientsAreSplitAtCommaAndSemicolon) {
-    EXPECT_THAT(splitRecipients(" a@x ,;b@y;\tc@z , "), ElementsAre("a@x", "b@y", "c@z"));
-    EXPECT_TRUE(splitRecipients(" ; ,").empty());
-}
-
+// The fuzzer sees to it that no control character passes.
 TEST(EmailMessage, WhatWouldChangeTheHeaderIsRefused) {
     EXPECT_EQ(findFault(makeEmail("s", "b\r\n.\r\n")), std::nullopt);
-    for (const char* bad : {"a\r\nBcc: x@y", "a\nb", "a\rb", "a\tb", "a\x7F"})
-        EXPECT_EQ(findFault(makeEmail(bad, "b")), EmailFault::kSubject) << bad;
-    EXPECT_EQ(findFault(makeEmail(std::string("a\0b", 3), "b")), EmailFault::kSubject);
-    for (const char* bad : {"", "a@x\r\nDATA", "a@x>", "<a@x", "a b@x", "a\xC3\xBC@x"}) {
-        Email email = makeEmail("s", "b");
-        email.from = bad;
-        EXPECT_EQ(findFault(email), EmailFault::kSender) << bad;
-        email = makeEmail("s", "b");
-        email.addTo("name", bad);
-        EXPECT_EQ(findFault(email), EmailFault::kRecipient) << bad;
-    }
+    EXPECT_EQ(findFault(makeEmail("a\nBcc: x@y", "b")), EmailFault::kSubject);
     Email email = makeEmail("s", "b");
-    email.addTo("a\nb", "a@x");
-    EXPECT_EQ(findFault(email), EmailFault::kRecipient);
     email.to.clear();
     EXPECT_EQ(findFault(email), EmailFault::kRecipient);
+    email.addTo("a\nb", "a@x");
+    EXPECT_EQ(findFault(email), EmailFault::kRecipient);
+    for (const char* bad : {"", "a@x\r\nDATA", "a@x>", "<a@x", "a b@x", "a\xC3\xBC@x"}) {
+        email.to.clear();
+        email.addTo("name", bad);
+        EXPECT_EQ(findFault(email), EmailFault::kRecipient) << bad;
+        email.from = bad;
+        EXPECT_EQ(findFault(email), EmailFault::kSender) << bad;
+        email.from = "a@x";
+    }
 }
 
 }  // namespace

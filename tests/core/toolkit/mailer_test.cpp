@@ -4,14 +4,19 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <future>
+#include <tuple>
+
 #include "mail_server/smtp_server.h"
-#include "tls_server.h"
+#include "mail_server/tls_server.h"
 #include "toolkit/mail_task.h"
 
 namespace orvc {
 namespace {
 
 using namespace std::chrono_literals;
+using testing::AnyOf;
+using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
@@ -60,27 +65,14 @@ class MailerTest : public testing::Test {
     Mailer mailer_{[this](const std::string& line) { report_.append(line).append("\n"); }};
 };
 
-bool isFrom(const std::string& command, const char* verb) {
-    return command.starts_with(verb) || command.starts_with(std::string("TLS ").append(verb));
-}
-
-// EHLO names the machine.
-std::vector<std::string> commandsOf(const SmtpServer& server) {
-    std::vector<std::string> commands = server.commands();
-    for (std::string& command : commands)
-        if (isFrom(command, "EHLO")) command.resize(command.find("EHLO") + 4);
-    return commands;
-}
-
 TEST_F(MailerTest, SendsToEveryRecipientAndTakesLeave) {
     SmtpServer server({});
     EXPECT_TRUE(sendTo(server));
     EXPECT_TRUE(mailer_.close());
-    EXPECT_THAT(commandsOf(server),
-                ElementsAre("EHLO", StartsWith("MAIL FROM:<console@site.example>"), "RCPT TO:<a@site.example>",
-                            "RCPT TO:<b@site.example>", "DATA", ".", "QUIT"));
+    EXPECT_THAT(server.commands(),
+                ElementsAre(StartsWith("EHLO"), StartsWith("MAIL FROM:<console@site.example>"),
+                            "RCPT TO:<a@site.example>", "RCPT TO:<b@site.example>", "DATA", ".", "QUIT"));
     EXPECT_THAT(server.message(), HasSubstr("\r\n\r\nHello\r\n.\r\n..dots\r\n"));
-    EXPECT_THAT(server.message(), HasSubstr("To: \"a@site.example\"\r\n <a@site.example>,"));
     EXPECT_THAT(report_, HasSubstr("Email sent without TLS"));
     EXPECT_THAT(report_, Not(HasSubstr("in clear")));
 }
@@ -92,10 +84,10 @@ TEST_F(MailerTest, WithTlsTheLogonAndTheMessageAreEncrypted) {
     trust(identity);
     EXPECT_TRUE(sendTo(server)) << report_;
     EXPECT_TRUE(mailer_.close());
-    EXPECT_THAT(commandsOf(server),
-                ElementsAre("EHLO", "STARTTLS", "TLS EHLO", "TLS AUTH PLAIN", std::string("TLS ") + kEncodedLogon,
-                            StartsWith("TLS MAIL"), StartsWith("TLS RCPT"), StartsWith("TLS RCPT"), "TLS DATA", "TLS .",
-                            "TLS QUIT"));
+    EXPECT_THAT(server.commands(),
+                ElementsAre(StartsWith("EHLO"), "STARTTLS", StartsWith("TLS EHLO"), "TLS AUTH PLAIN",
+                            std::string("TLS ") + kEncodedLogon, StartsWith("TLS MAIL"), StartsWith("TLS RCPT"),
+                            StartsWith("TLS RCPT"), "TLS DATA", "TLS .", "TLS QUIT"));
     EXPECT_THAT(report_, HasSubstr("Email sent with TLS"));
     EXPECT_THAT(report_, Not(HasSubstr("in clear")));
 }
@@ -119,41 +111,30 @@ TEST_F(MailerTest, AfterTlsWasOfferedNothingGoesInClear) {
     const TlsIdentity other("localhost");
     const TlsIdentity foreign("elsewhere.example");
     const std::vector<std::string> features{"STARTTLS", "AUTH PLAIN"};
-    struct Case {
-        const char* reported;
-        SmtpScript script;
-        const TlsIdentity& trusted;
-    };
-    const Case cases[] = {
+    // Answers ahead of TLS, which must not be taken for answers within.
+    const std::string early = "250-x\r\n250 AUTH PLAIN\r\n235 welcome\r\n250 fine\r\n";
+    const std::tuple<const char*, SmtpScript, const TlsIdentity&> cases[] = {
         {"the server said '454 not now'", {.features = features, .answers = {{"STARTTLS", "454 not now"}}}, own},
-        {"the server said '502 no'", {.features = features, .answers = {{"STARTTLS", "502 no"}}}, own},
         {"handshake failure", {.features = features}, own},
         {"certificate", {.features = features, .startTls = other.startTls()}, own},
         {"subject name", {.features = features, .startTls = foreign.startTls()}, foreign},
         {"stage TLS", {.features = features, .dropAt = "STARTTLS"}, own},
-        // Answers ahead of TLS, which must not be taken for answers within.
-        {"Weird server reply",
-         {.features = features,
-          .bytesAfterStartTls = "250-x\r\n250 AUTH PLAIN\r\n235 welcome\r\n250 fine\r\n",
-          .startTls = own.startTls()},
-         own},
-        {"Weird server reply", {.features = features, .bytesAfterStartTls = "2", .startTls = own.startTls()}, own},
+        {"Weird server reply", {.features = features, .bytesAfterStartTls = early, .startTls = own.startTls()}, own},
     };
     useLogon();
-    for (const Case& test : cases) {
-        SCOPED_TRACE(test.reported);
+    for (const auto& [reported, script, trusted] : cases) {
+        SCOPED_TRACE(reported);
         report_.clear();
-        SmtpServer server(test.script);
-        trust(test.trusted);
+        SmtpServer server(script);
+        trust(trusted);
         EXPECT_FALSE(sendTo(server));
         EXPECT_FALSE(mailer_.close());
         EXPECT_EQ(mailer_.failedStage(), MailStage::kTls);
-        EXPECT_THAT(report_, HasSubstr(test.reported));
+        EXPECT_THAT(report_, HasSubstr(reported));
         EXPECT_EQ(server.connections(), 1);
         for (const char* verb : {"AUTH", "MAIL", "RCPT", "DATA", kEncodedLogon})
             EXPECT_THAT(server.clearBytes(), Not(HasSubstr(verb)));
-        for (const std::string& command : server.commands())
-            EXPECT_FALSE(isFrom(command, "AUTH") || isFrom(command, "MAIL")) << command;
+        EXPECT_THAT(server.commands(), Each(AnyOf(StartsWith("EHLO"), "STARTTLS", "QUIT")));
     }
 }
 
@@ -165,7 +146,6 @@ TEST_F(MailerTest, Port465SpeaksTlsFromTheFirstByte) {
     trust(identity);
     useLogon();
     EXPECT_TRUE(sendTo(server)) << report_;
-    EXPECT_THAT(commandsOf(server), testing::Contains("TLS QUIT"));
     EXPECT_THAT(report_, HasSubstr("Email sent with TLS"));
     EXPECT_THAT(report_, Not(HasSubstr("in clear")));
     mailer_.setTrustedCertificates("");
@@ -173,38 +153,47 @@ TEST_F(MailerTest, Port465SpeaksTlsFromTheFirstByte) {
     EXPECT_EQ(mailer_.failedStage(), MailStage::kTls);
 }
 
-TEST_F(MailerTest, AFailureIsReportedWithItsStageAndTheServersAnswer) {
-    const std::vector<std::string> logon{"AUTH PLAIN"};
-    struct Case {
-        SmtpScript script;
-        MailStage stage;
-        const char* reported;
-    };
-    const Case cases[] = {
-        {{.greeting = "554 go away"}, MailStage::kConnect, "the server said '554 go away'"},
-        {{.features = logon, .answers = {{"verdict", "535 no such user"}}},
-         MailStage::kLogon,
-         "stage logon: Login denied; the server said '535 no such user'"},
-        // A server that repeats what it was told.
-        {{.features = logon,
-          .answers = {{"verdict", std::string("535 ") + kEncodedLogon + " " + kPassword + kEncodedPassword}}},
-         MailStage::kLogon,
-         "'535 *** ******'"},
-        {{.answers = {{"MAIL", "550 not you"}}}, MailStage::kSender, "'550 not you'"},
-        {{.answers = {{"RCPT", "550 no\x1B such mailbox"}}}, MailStage::kRecipient, "'550 no? such mailbox'"},
-        {{.answers = {{"DATA", "451 later"}}}, MailStage::kData, "'451 later'"},
-        {{.answers = {{".", "552 too large"}}}, MailStage::kData, "'552 too large'"},
-        {{.dropAt = "message"}, MailStage::kData, "stage data: "},
-    };
+TEST_F(MailerTest, AServerThatRefusesFallsSilentOrHangsUpEndsTheSendAtItsStage) {
+    const std::pair<const char*, MailStage> cases[] = {{"greeting", MailStage::kConnect},
+                                                       {"EHLO", MailStage::kConnect},
+                                                       {"AUTH", MailStage::kLogon},
+                                                       {"MAIL", MailStage::kSender},
+                                                       {"RCPT", MailStage::kRecipient},
+                                                       {"DATA", MailStage::kData},
+                                                       {".", MailStage::kData}};
+    const std::string refusal = "550 not\x1B here";
     useLogon();
-    for (const Case& test : cases) {
-        report_.clear();
-        SmtpServer server(test.script);
-        EXPECT_FALSE(sendTo(server)) << test.reported;
-        EXPECT_EQ(mailer_.failedStage(), test.stage) << test.reported;
-        EXPECT_THAT(report_, HasSubstr(test.reported));
-        EXPECT_TRUE(server.message().empty() || test.stage == MailStage::kData);
+    for (const auto& [command, stage] : cases) {
+        const bool isGreeting = command == std::string("greeting");
+        const std::pair<SmtpScript, const char*> servers[] = {
+            {{.greeting = isGreeting ? refusal : "220 hello",
+              .features = {"AUTH PLAIN"},
+              .answers = {{command, refusal}, {"HELO", refusal}}},
+             "; the server said '550 not? here'"},
+            {{.features = {"AUTH PLAIN"}, .hangAt = command}, "time limit reached"},
+            {{.features = {"AUTH PLAIN"}, .dropAt = command}, nameOf(stage)}};
+        for (const auto& [script, reported] : servers) {
+            SCOPED_TRACE(std::string(command).append(" ").append(reported));
+            report_.clear();
+            SmtpServer server(script);
+            mailer_.setTimeLimit(script.hangAt.empty() ? 10'000ms : 300ms);
+            const auto start = std::chrono::steady_clock::now();
+            EXPECT_FALSE(sendTo(server));
+            EXPECT_LT(std::chrono::steady_clock::now() - start, 2s);
+            EXPECT_EQ(mailer_.failedStage(), stage);
+            EXPECT_THAT(report_, HasSubstr(reported));
+        }
     }
+}
+
+// The fixture looks for the secrets.
+TEST_F(MailerTest, ARefusalThatRepeatsTheLogonIsReportedWithoutIt) {
+    const std::string repeated = std::string(kEncodedLogon) + " " + kPassword + kEncodedPassword;
+    SmtpServer server({.features = {"AUTH PLAIN"}, .answers = {{"verdict", "535 " + repeated}}});
+    useLogon();
+    EXPECT_FALSE(sendTo(server));
+    EXPECT_EQ(mailer_.failedStage(), MailStage::kLogon);
+    EXPECT_THAT(report_, HasSubstr("stage logon: Login denied; the server said '535 *** ******'"));
 }
 
 TEST_F(MailerTest, WhatCannotBeSentReachesNoServer) {
@@ -225,69 +214,40 @@ TEST_F(MailerTest, WhatCannotBeSentReachesNoServer) {
         EXPECT_EQ(mailer_.failedStage(), MailStage::kConnect) << host;
     }
     EXPECT_EQ(server.connections(), 0);
+    report_.clear();
+    mailer_.setHost(std::string(5000, 'x'));
+    EXPECT_FALSE(mailer_.send(makeEmail()));
+    EXPECT_LT(report_.size(), 600u);
 }
 
-TEST_F(MailerTest, AConnectionThatIsNotClosedCleanlyIsTold) {
-    const SmtpScript cases[] = {{.answers = {{"QUIT", "421 in a mood"}}}, {.dropAt = "QUIT"}, {.hangAt = "QUIT"}};
-    for (const SmtpScript& script : cases) {
-        SmtpServer server(script);
-        mailer_.setTimeLimit(2s);
-        EXPECT_TRUE(sendTo(server));
-        EXPECT_FALSE(mailer_.close());
-        EXPECT_THAT(report_, HasSubstr("not closed cleanly"));
-    }
-}
-
-TEST_F(MailerTest, AServerThatFallsSilentOrHangsUpEndsTheSendAtItsStage) {
-    const std::pair<const char*, MailStage> cases[] = {{"greeting", MailStage::kConnect},
-                                                       {"EHLO", MailStage::kConnect},
-                                                       {"AUTH", MailStage::kLogon},
-                                                       {"MAIL", MailStage::kSender},
-                                                       {"RCPT", MailStage::kRecipient},
-                                                       {"DATA", MailStage::kData},
-                                                       {".", MailStage::kData}};
-    useLogon();
-    mailer_.setTimeLimit(300ms);
-    for (const auto& [command, stage] : cases) {
-        for (const bool silent : {true, false}) {
-            report_.clear();
-            SmtpScript script{.features = {"AUTH PLAIN"}};
-            (silent ? script.hangAt : script.dropAt) = command;
-            SmtpServer server(script);
-            const auto start = std::chrono::steady_clock::now();
-            EXPECT_FALSE(sendTo(server)) << command;
-            EXPECT_LT(std::chrono::steady_clock::now() - start, 2s) << command;
-            EXPECT_EQ(mailer_.failedStage(), stage) << command;
-            EXPECT_EQ(report_.find("time limit reached") != std::string::npos, silent) << command << report_;
-        }
+TEST_F(MailerTest, AnAddressOfIpv6NeedsNoBrackets) {
+    for (const char* host : {"::1", " [::1] "}) {
+        report_.clear();
+        mailer_.setHost(host);
+        mailer_.setPort(1);
+        EXPECT_FALSE(mailer_.send(makeEmail()));
+        EXPECT_THAT(report_, StartsWith("Email goes to smtp://[::1]:1"));
     }
 }
 
 TEST(MailTaskTest, SendsBesideItsOwnerAndTellsTheOutcome) {
-    struct Case {
-        SmtpScript script;
-        MailTask::Outcome outcome;
-    };
-    const Case cases[] = {
+    const std::pair<SmtpScript, MailTask::Outcome> cases[] = {
         {{}, MailTask::Outcome::kSent},
         {{.answers = {{"QUIT", "421 in a mood"}}}, MailTask::Outcome::kSentNotClosed},
+        {{.dropAt = "QUIT"}, MailTask::Outcome::kSentNotClosed},
+        {{.hangAt = "QUIT"}, MailTask::Outcome::kSentNotClosed},
         {{.answers = {{"RCPT", "550 no"}}}, MailTask::Outcome::kFailed},
     };
-    for (const Case& test : cases) {
-        SmtpServer server(test.script);
-        std::mutex mutex;
-        std::condition_variable told;
-        bool finished = false;
+    for (const auto& [script, outcome] : cases) {
+        SmtpServer server(script);
+        std::string report;
+        std::promise<void> finished;
         MailTask task(
-            {.host = "127.0.0.1", .port = server.port()}, makeEmail(), [](const std::string&) {},
-            [&] {
-                const std::lock_guard lock(mutex);
-                finished = true;
-                told.notify_all();
-            });
-        std::unique_lock lock(mutex);
-        EXPECT_TRUE(told.wait_for(lock, 10s, [&] { return finished; }));
-        EXPECT_EQ(task.outcome(), test.outcome);
+            {.host = "127.0.0.1", .port = server.port()}, makeEmail(), [&](const std::string& line) { report += line; },
+            [&] { finished.set_value(); });
+        ASSERT_EQ(finished.get_future().wait_for(10s), std::future_status::ready);
+        EXPECT_EQ(task.outcome(), outcome);
+        EXPECT_EQ(report.ends_with("not closed cleanly"), outcome == MailTask::Outcome::kSentNotClosed) << report;
     }
 }
 

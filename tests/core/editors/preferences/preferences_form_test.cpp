@@ -19,20 +19,15 @@ TEST(EmailFormTest, APortOutOfRangeIsToldAndTakenAndOtherTextIsNot) {
     const char* noNumber = "no number";
     const Case cases[] = {
         {"1", 1, nullptr},
-        {"32000", 32'000, nullptr},
-        {" +0465 ", 465, nullptr},
+        {" +032000 ", 32'000, nullptr},
         {"0", 0, range},
         {"32001", 32'001, range},
         {"-1", -1, range},
-        {"99999999999", 2'147'483'647, range},
         {"99999999999999999999999999999999", 2'147'483'647, range},
         {"-99999999999999999999999999999999", -2'147'483'647 - 1, range},
-        {"", 587, noNumber},
-        {"  ", 587, noNumber},
+        {" ", 587, noNumber},
         {"-", 587, noNumber},
-        {"smtp", 587, noNumber},
         {"25x", 587, noNumber},
-        {"2 5", 587, noNumber},
     };
     FakeStringTable strings;
     strings.texts = {{IDS_PORT_RANGE, "from %d to %d"}, {IDS_PORT_NO_NUMBER, noNumber}};
@@ -68,7 +63,7 @@ TEST(EmailFormTest, AbsentSettingsShowEmptyAndCountAsUnchanged) {
 
 TEST(TrialEmailTest, TheTextsOfTheDialogsBecomeAnEmailAndItsServer) {
     const Utf8Converter mark = [](const std::string& text) { return "u" + text; };
-    const Email email = makeTrialEmail({"me@x ", ";a@x;b@x,", "", "", "Subject", "Text"}, mark);
+    const Email email = makeTrialEmail({"me@x ", ";a@x ,;\tb@x, ", "", "", "Subject", "Text"}, mark);
     EXPECT_EQ(email.from, "ume@x");
     EXPECT_EQ(email.subject, "uSubject");
     EXPECT_EQ(email.body, "uText");

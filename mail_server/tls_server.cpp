@@ -1,4 +1,4 @@
-#include "tls_server.h"
+#include "mail_server/tls_server.h"
 
 #include <openssl/evp.h>
 #include <openssl/pem.h>

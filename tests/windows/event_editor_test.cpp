@@ -324,7 +324,7 @@ end
                   "Event Destination Unassigned");
     waitForEditor();
     EXPECT_EQ(shown(),
-              "Orphan|PTT (Call Button) Activation|<Select Source>|Trigger immediately|||<Select Schedule>|"
+              "Orphan|PTT (Call Button) Activation|<Select Source>|Trigger Immediately|0|Second(s)|<Select Schedule>|"
               "Send Server Audio Message File|<Select Destination>");
     EXPECT_EQ(line(), "Server File key 'none' not found");
     EXPECT_EQ(IsDlgButtonChecked(editor_, IDC_EVENT_DISABLED), static_cast<UINT>(BST_CHECKED));

@@ -1,16 +1,20 @@
-"""A mail server on loopback for the tests: certificates and aiosmtpd."""
+"""Mail servers on loopback for the tests: certificates, aiosmtpd and OpenSMTPD."""
 import asyncio
 import logging
+import os
 import pathlib
+import signal
 import socket
 import ssl
 import subprocess
 import threading
+import time
 
 from aiosmtpd.smtp import SMTP, AuthResult
 
 USER = "console"
 PASSWORD = "pa55-wörd"
+RECIPIENTS = ["porter@clinic.example", "night@clinic.example"]
 PORTS = iter(range(21000, 32000))  # the console takes them without complaint
 logging.disable()  # what the servers say to each failure
 
@@ -84,14 +88,58 @@ class Peer:
         return "250 fine"
 
     async def handle_RCPT(self, server, session, envelope, address, options):
-        if address.startswith("stranger"):
-            return "550 5.1.1 no such mailbox"
         envelope.rcpt_tos.append(address)
         return "250 fine"
 
     async def handle_DATA(self, server, session, envelope):
         self.mails.append((envelope.mail_from, envelope.rcpt_tos, envelope.original_content))
         return "250 taken"
+
+
+class OpenSmtpd:
+    """OpenSMTPD with users, queue and mailboxes of its own. Its places are fixed: it gets a view of the file system in
+    which they are others, for which it takes root."""
+
+    def __init__(self, folder):
+        self.folder = pathlib.Path(folder)
+        self.boxes = self.folder / "boxes"
+        self.boxes.mkdir()
+        os.chmod(folder, 0o755)
+        os.chmod(self.boxes, 0o777)
+        self.port = free_port()
+        (self.folder / "conf").write_text(f"""
+            listen on 127.0.0.1 port {self.port} hostname localhost
+            action keep maildir "{self.boxes}/%{{rcpt.user}}" virtual {{ "@" = nobody }}
+            table known {{ {", ".join(f'"{address}"' for address in RECIPIENTS)} }}
+            match from any for rcpt-to <known> action keep
+            """)
+        script = f"""set -e
+            mount -t tmpfs none /var/spool
+            mount -t tmpfs none /run
+            mkdir /run/lock
+            exec /usr/sbin/smtpd -d -f {folder}/conf"""
+        self.log = open(self.folder / "log", "w+")
+        self.process = subprocess.Popen(["unshare", "--mount", "sh", "-c", script], start_new_session=True,
+                                        stdout=self.log, stderr=subprocess.STDOUT)
+        self._wait_until(lambda: accepts(self.port))
+
+    def _wait_until(self, condition):
+        end = time.monotonic() + 20
+        while not condition():
+            if time.monotonic() > end:
+                raise AssertionError((self.folder / "log").read_text())
+            time.sleep(0.05)
+
+    def mails(self, user):
+        """Waits for the first e-mail to a user, and returns all."""
+        box = self.boxes / user / "new"
+        self._wait_until(lambda: box.is_dir() and list(box.iterdir()))
+        return [mail.read_bytes() for mail in box.iterdir()]
+
+    def close(self):
+        os.killpg(self.process.pid, signal.SIGTERM)
+        self.process.wait(10)
+        self.log.close()
 
 
 def accepts(port):

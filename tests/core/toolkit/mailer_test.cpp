@@ -73,6 +73,7 @@ TEST_F(MailerTest, SendsToEveryRecipientAndTakesLeave) {
                 ElementsAre(StartsWith("EHLO"), StartsWith("MAIL FROM:<console@site.example>"),
                             "RCPT TO:<a@site.example>", "RCPT TO:<b@site.example>", "DATA", ".", "QUIT"));
     EXPECT_THAT(server.message(), HasSubstr("\r\n\r\nHello\r\n.\r\n..dots\r\n"));
+    EXPECT_THAT(server.message(), HasSubstr("To: \"a@site.example\"\r\n <a@site.example>,"));
     EXPECT_THAT(report_, HasSubstr("Email sent without TLS"));
     EXPECT_THAT(report_, Not(HasSubstr("in clear")));
 }

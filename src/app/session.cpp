@@ -125,9 +125,13 @@ void Session::takeLogon(const LogonOutcome& outcome) {
 
 void Session::logoff() {
     if (!link_.isOpen()) return;
+    if (!loggedOn_) {
+        logonRequested_ = false;  // nothing to end, nothing to wait for
+        return;
+    }
     // Until the stop event that this causes has been handled no timer may bring up the logon dialog.
     const ReentrancyCounter::Scope noTimers(timerRuns_);
-    logoffPending_ = loggedOn_;
+    logoffPending_ = true;
     link_.stop();
     host_.pause(kLogoffPause);
     logonRequested_ = false;

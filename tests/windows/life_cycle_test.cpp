@@ -2,43 +2,18 @@
 // moments.
 #include <windows.h>
 
-#include <psapi.h>
-
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
 #include <random>
 
 #include "windows/console_fixture.h"
+#include "windows/holdings.h"
 
 namespace orvc::test {
 namespace {
 
 using driver::ConsoleDriver;
-
-// What a process holds.
-struct Holdings {
-    DWORD handles = 0;
-    DWORD gdi = 0;
-    DWORD user = 0;
-    SIZE_T bytes = 0;
-    int windows = 0;
-};
-
-std::ostream& operator<<(std::ostream& out, const Holdings& h) {
-    return out << h.handles << " handles, " << h.gdi << " GDI and " << h.user << " user objects, " << h.windows
-               << " windows, " << h.bytes / 1024 << " KiB";
-}
-
-BOOL CALLBACK count(HWND, LPARAM sum) {
-    ++*reinterpret_cast<int*>(sum);
-    return TRUE;
-}
-
-BOOL CALLBACK countTree(HWND window, LPARAM sum) {
-    EnumChildWindows(window, count, sum);
-    return count(window, sum);
-}
 
 BOOL CALLBACK tell(HWND window, LPARAM) {
     if (IsWindowVisible(window) != 0)
@@ -89,12 +64,20 @@ class LifeCycleTest : public ConsoleTest {
         }
         Sleep(random_() % 20);
     }
+    // Ends a logon that the server does not end. Once at a time: it takes a second.
+    void logOffAfter(DWORD milliseconds) {
+        const DWORD now = GetTickCount();
+        if (std::exchange(lastLogon_, logons()) != logons_) logonAt_ = now;
+        if (now - logonAt_ < milliseconds || now - logoffAt_ < 2000 || !IsWindowEnabled(main_)) return;
+        console_.choose(IDM_LOGOFF);
+        logoffAt_ = now;
+    }
     void openSomething() {
         constexpr unsigned kCommands[] = {IDM_MODIFY_EVENT, IDM_MODIFY_EVENT, IDM_CREATE_EVENT, IDM_DELETE_EVENT,
                                           IDM_PREFERENCES,  IDM_SCHEDULES,    IDM_ABOUT,        IDM_CLEAR_FILE};
         if (const std::size_t count = console_.eventCount(); count > 0)
             console_.selectRow(static_cast<int>(random_() % count));
-        console_.choose(oneIn(12) ? IDM_LOGOFF : kCommands[random_() % std::size(kCommands)]);
+        console_.choose(kCommands[random_() % std::size(kCommands)]);
     }
     // Closes the window that is on top; an editor is saved now and then. Returns whether there was one.
     bool closeSomething() {
@@ -120,6 +103,7 @@ class LifeCycleTest : public ConsoleTest {
         const DWORD start = GetTickCount();
         while (logons() < end && console_.isRunning() && !HasFailure()) {
             step();
+            logOffAfter(400);
             ASSERT_LT(GetTickCount() - start, 60'000u + 2'000u * static_cast<unsigned>(cycles)) << "it stands still";
         }
         ASSERT_TRUE(console_.isRunning()) << "it ended with " << console_.exitCode();
@@ -130,10 +114,15 @@ class LifeCycleTest : public ConsoleTest {
         const auto isQuiet = [&] {
             const HWND logon = console_.findWindowWith(IDC_LOGON_ID);
             // What is open below the logon dialog can be closed when somebody is logged on.
-            const bool isLast = GetWindow(logon, GW_OWNER) == main_;
-            if (logon != nullptr && isLast && ConsoleDriver::textOf(logon) == "Logon Required") return true;
+            const auto rests = [&] {
+                return GetWindow(logon, GW_OWNER) == main_ && ConsoleDriver::textOf(logon) == "Logon Required";
+            };
+            if (rests()) {
+                Sleep(300);  // a click may still be on its way
+                if (rests()) return true;
+            }
             step();
-            if (IsWindowEnabled(main_)) console_.choose(IDM_LOGOFF);
+            logOffAfter(0);
             return false;
         };
         ASSERT_TRUE(ConsoleDriver::waitUntil(isQuiet, 60'000));
@@ -142,17 +131,10 @@ class LifeCycleTest : public ConsoleTest {
         EXPECT_EQ(console_.eventCount(), 0u);
         settling_ = false;
     }
-    Holdings measure() {
-        Holdings held;
-        const HANDLE process = console_.process();
-        GetProcessHandleCount(process, &held.handles);
-        held.gdi = GetGuiResources(process, GR_GDIOBJECTS);
-        held.user = GetGuiResources(process, GR_USEROBJECTS);
-        PROCESS_MEMORY_COUNTERS_EX memory{};
-        GetProcessMemoryInfo(process, reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory), sizeof memory);
-        held.bytes = memory.PrivateUsage;
-        EnumThreadWindows(GetWindowThreadProcessId(main_, nullptr), countTree, reinterpret_cast<LPARAM>(&held.windows));
-        return held;
+    Holdings held() {
+        const Holdings found = measure(console_.process(), GetWindowThreadProcessId(main_, nullptr));
+        std::cout << "after " << logons() << " logons: " << found << std::endl;
+        return found;
     }
     void endConsole() {
         ConsoleDriver::click(console_.logonDialog(), IDCANCEL);
@@ -165,11 +147,14 @@ class LifeCycleTest : public ConsoleTest {
     std::mt19937 random_;
     std::streamoff tracePosition_ = 0;
     int logons_ = 0;
+    int lastLogon_ = 0;
+    DWORD logonAt_ = 0;  // tick counts
+    DWORD logoffAt_ = 0;
     bool settling_ = false;  // nothing is opened
 };
 
 TEST_F(LifeCycleTest, EndsInOrderAfterAFewCycles) {
-    live(10);
+    live(6);
     settle();
     endConsole();
 }
@@ -177,17 +162,16 @@ TEST_F(LifeCycleTest, EndsInOrderAfterAFewCycles) {
 TEST_F(LifeCycleTest, LongLifeLeavesNothingBehind) {
     live(100);
     settle();
-    const Holdings before = measure();
-    std::cout << "after " << logons() << " logons: " << before << std::endl;
+    const Holdings before = held();
     live(500);
     settle();
-    const Holdings after = measure();
-    std::cout << "after " << logons() << " logons: " << after << std::endl;
+    const Holdings after = held();
+    EXPECT_GT(before.handles, 0u);
+    EXPECT_GT(before.gdi, 0u);
     EXPECT_LE(after.handles, before.handles + 2);
     EXPECT_LE(after.gdi, before.gdi + 2);
-    EXPECT_LE(after.user, before.user + 2);
     EXPECT_EQ(after.windows, before.windows);
-    EXPECT_LE(after.bytes, before.bytes + 512 * 1024) << "a KiB for each cycle would be a leak";
+    EXPECT_LE(after.bytes, before.bytes + 500 * 1024) << "a KiB for each cycle would be a leak";
     endConsole();
 }
 

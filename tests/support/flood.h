@@ -22,8 +22,8 @@ class Flood {
         ++received_;
     }
     void start(std::uint32_t count) {
-        library_ = std::thread([this, count] {
-            for (std::uint32_t i = 0; i < count; ++i) {
+        library_ = std::thread([this, first = received_, count] {
+            for (std::uint32_t i = first; i < first + count; ++i) {
                 const KSVariableNotification told{kName, variable_type::kString, "A name of an Event", i};
                 callback_.onEvent(event_code::kVariable, 0, nullptr, &told);
             }

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
+#include <map>
 #include <random>
 
 #include "windows/console_fixture.h"
@@ -43,8 +44,8 @@ class LifeCycleTest : public ConsoleTest {
         std::ifstream trace(traceFile(), std::ios::binary);
         trace.seekg(tracePosition_);
         for (std::string line; std::getline(trace, line) && !trace.eof(); tracePosition_ = trace.tellg())
-            logons_ += line.starts_with("KSStart");
-        return logons_;
+            ++calls_[line.substr(0, line.find_first_of(" \r"))];
+        return calls_["KSStart"];
     }
     // A timer's tick before its time: a cycle shall not take seconds.
     static void tick(HWND window, UINT_PTR timer) { PostMessageA(window, WM_TIMER, timer, 0); }
@@ -67,7 +68,8 @@ class LifeCycleTest : public ConsoleTest {
     // Ends a logon that the server does not end. Once at a time: it takes a second.
     void logOffAfter(DWORD milliseconds) {
         const DWORD now = GetTickCount();
-        if (std::exchange(lastLogon_, logons()) != logons_) logonAt_ = now;
+        const int before = std::exchange(lastLogon_, logons());
+        if (before != lastLogon_) logonAt_ = now;
         if (now - logonAt_ < milliseconds || now - logoffAt_ < 2000 || !IsWindowEnabled(main_)) return;
         console_.choose(IDM_LOGOFF);
         logoffAt_ = now;
@@ -133,7 +135,9 @@ class LifeCycleTest : public ConsoleTest {
     }
     Holdings held() {
         const Holdings found = measure(console_.process(), GetWindowThreadProcessId(main_, nullptr));
-        std::cout << "after " << logons() << " logons: " << found << std::endl;
+        std::cout << "after " << logons() << " logons, " << calls_["KSSysVarSubscribe"] << " loads, "
+                  << calls_["KSResendSettings"] << " reloads, " << calls_["KSFileRead"]
+                  << " payloads fetched: " << found << std::endl;
         return found;
     }
     void endConsole() {
@@ -146,7 +150,7 @@ class LifeCycleTest : public ConsoleTest {
     unsigned long seed_ = 0;
     std::mt19937 random_;
     std::streamoff tracePosition_ = 0;
-    int logons_ = 0;
+    std::map<std::string, int> calls_;
     int lastLogon_ = 0;
     DWORD logonAt_ = 0;  // tick counts
     DWORD logoffAt_ = 0;

@@ -78,11 +78,11 @@ void Server::drawFaults() {
     const auto oneIn = [this](std::uint32_t chances) { return faults_() % chances == 0; };
     const auto upTo = [this](std::uint32_t most) { return Millis{faults_() % (most + 1)}; };
     if (oneIn(16)) options_.refusals.push_back(oneIn(2) ? logon_result::kTimedOut : logon_result::kServerNotFound);
-    options_.stopAfter = oneIn(8) ? std::nullopt : std::optional(upTo(300));
-    options_.reloadAfter = oneIn(2) ? std::optional(upTo(150)) : std::nullopt;
+    options_.stopAfter = oneIn(16) ? std::nullopt : std::optional(upTo(200));
+    options_.reloadAfter = oneIn(2) ? std::optional(upTo(100)) : std::nullopt;
     options_.resendValues = oneIn(2);
     options_.shuffleSeed = oneIn(4) ? std::optional<std::uint32_t>(faults_()) : std::nullopt;
-    options_.slow = oneIn(16) ? 1 : 0;
+    options_.slow = oneIn(32) ? 1 : 0;
     options_.lateMembers = oneIn(4) ? upTo(100) : 0;
     options_.lateStop = oneIn(16) ? upTo(1200) : 0;
     options_.incomplete = oneIn(4);

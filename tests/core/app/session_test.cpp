@@ -229,16 +229,11 @@ TEST_F(SessionTest, AReloadEmptiesTheDirectoryAndClosesItsWindowWhenReady) {
 TEST_F(SessionTest, AServerStopClosesThePleaseWaitWindowBeforeTheLogonDialogComes) {
     for (const bool inThePause : {false, true}) {
         becomeReady();
-        host_.onWait = [&] {
-            if (inThePause) {
-                EXPECT_NE(event(15).find("close please-wait"), std::string::npos);
-            }
-        };
+        const auto stop = [&] { EXPECT_NE(event(15).find("stop timer 6; close please-wait"), std::string::npos); };
+        host_.onWait = inThePause ? stop : std::function<void()>();
         event(101);
         timer(timer::kReload);
-        if (!inThePause) {
-            EXPECT_NE(event(15).find("stop timer 6; close please-wait"), std::string::npos);
-        }
+        if (!inThePause) stop();
         EXPECT_FALSE(session_.isReloading());
     }
 }

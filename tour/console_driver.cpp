@@ -91,8 +91,8 @@ bool ConsoleDriver::start(const std::string& program, const Environment& environ
     PROCESS_INFORMATION started{};
     std::string commandLine = "\"" + program + "\"";
     if (workingFolder.empty()) workingFolder = program.substr(0, program.find_last_of("\\/"));
-    const bool ok = CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, workingFolder.c_str(),
-                                   &startup, &started) != 0;
+    const bool ok = CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                                   workingFolder.c_str(), &startup, &started) != 0;
     for (const auto& [name, value] : before)
         SetEnvironmentVariableA(name.c_str(), value.empty() ? nullptr : value.c_str());
     if (!ok) return false;

@@ -7,6 +7,7 @@
 #include <windows.h>
 
 #include <cstdio>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -17,6 +18,7 @@
 #include "tour/console_driver.h"
 #include "tour/console_texts.h"
 #include "tour/event_entry.h"
+#include "tour/holdings.h"
 #include "tour/mail_step.h"
 #include "tour/stored_installation.h"
 
@@ -55,6 +57,7 @@ class Tour {
         logOn();
         require(console_.rowOf("Barrier lifts") == -1, "the deleted Event is back");
         checkStored();
+        showHoldings();
         step("Exit");
         console_.choose(IDM_EXIT);
         require(console_.waitForEnd(), "the console did not end");
@@ -337,6 +340,15 @@ class Tour {
         expectFile("Tour 0, spoken", "encoded=\"yes\">Doors &lt;A&gt; &amp; &lt;B&gt;%0d%0aare 100%% open</TTS>");
         expectFile("Tour 4, e-mail", "to=\"porter@building.example; night@building.example\"");
         expectFile("Tour 4, e-mail", "The connection changed.%0d%0a&lt;Please look&gt;</Email>");
+    }
+
+    void showHoldings() {
+        step("See what the console holds of the system");
+        const HWND window = console_.mainWindow();
+        const Holdings held = measure(console_.process(), GetWindowThreadProcessId(window, nullptr));
+        std::ostringstream text;
+        text << held;
+        std::printf("    %s\n", text.str().c_str());
     }
 
     void deleteEvent(const std::string& name) {

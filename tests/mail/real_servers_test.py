@@ -5,12 +5,14 @@ import base64
 import email
 import email.policy
 import os
+import pathlib
 import subprocess
 import sys
 import tempfile
 import unittest
 
-from mail_servers import PASSWORD, RECIPIENTS, USER, Certificates, OpenSmtpd, Peer
+sys.path.append(str(pathlib.Path(__file__).resolve().parents[2] / "mail_server"))
+from real_servers import PASSWORD, RECIPIENTS, USER, Certificates, OpenSmtpd, Peer
 
 COMMAND = sys.argv[1:]
 FROM = "console@clinic.example"

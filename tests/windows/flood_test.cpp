@@ -3,8 +3,8 @@
 
 #include <windows.h>
 
+#include "tour/holdings.h"
 #include "win32/window_poster.h"
-#include "windows/holdings.h"
 
 namespace orvc::test {
 namespace {
@@ -59,9 +59,9 @@ TEST(FloodTest, AMillionNotificationsArriveInOrderInAWindow) {
         }
         here.join();
         EXPECT_EQ(here.received(), end);
-        if (warmUp) held = measure(GetCurrentProcess(), GetCurrentThreadId()).bytes;
+        if (warmUp) held = driver::measure(GetCurrentProcess(), GetCurrentThreadId()).bytes;
     }
-    EXPECT_LE(measure(GetCurrentProcess(), GetCurrentThreadId()).bytes, held + 1024 * 1024);
+    EXPECT_LE(driver::measure(GetCurrentProcess(), GetCurrentThreadId()).bytes, held + 1024 * 1024);
     DestroyWindow(window);
 }
 

@@ -8,13 +8,14 @@
 #include <map>
 #include <random>
 
+#include "tour/holdings.h"
 #include "windows/console_fixture.h"
-#include "windows/holdings.h"
 
 namespace orvc::test {
 namespace {
 
 using driver::ConsoleDriver;
+using driver::Holdings;
 
 BOOL CALLBACK tell(HWND window, LPARAM) {
     if (IsWindowVisible(window) != 0)
@@ -134,7 +135,7 @@ class LifeCycleTest : public ConsoleTest {
         settling_ = false;
     }
     Holdings held() {
-        const Holdings found = measure(console_.process(), GetWindowThreadProcessId(main_, nullptr));
+        const Holdings found = driver::measure(console_.process(), GetWindowThreadProcessId(main_, nullptr));
         std::cout << "after " << logons() << " logons, " << calls_["KSSysVarSubscribe"] << " loads, "
                   << calls_["KSResendSettings"] << " reloads, " << calls_["KSFileRead"]
                   << " payloads fetched: " << found << std::endl;

@@ -1,4 +1,4 @@
-"""Mail servers on loopback for the tests: certificates, aiosmtpd and OpenSMTPD."""
+"""Real mail servers on loopback, each in a folder of its own: certificates, aiosmtpd and OpenSMTPD."""
 import asyncio
 import logging
 import os

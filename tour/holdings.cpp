@@ -1,4 +1,4 @@
-#include "windows/holdings.h"
+#include "tour/holdings.h"
 
 #include <windows.h>
 
@@ -8,7 +8,7 @@
 #include <ostream>
 #include <vector>
 
-namespace orvc::test {
+namespace orvc::driver {
 namespace {
 
 // Wine counts neither handles nor GDI objects for GetProcessHandleCount and GetGuiResources: it keeps them where
@@ -90,4 +90,4 @@ std::ostream& operator<<(std::ostream& out, const Holdings& held) {
                << held.bytes / 1024 << " KiB";
 }
 
-}  // namespace orvc::test
+}  // namespace orvc::driver

@@ -1,11 +1,11 @@
-// What a process holds of the system, for finding leaks.
+// What a process holds of the system: the tour tells it at its end, and tests find leaks by it.
 #pragma once
 
 #include <windows.h>
 
 #include <iosfwd>
 
-namespace orvc::test {
+namespace orvc::driver {
 
 struct Holdings {
     unsigned handles = 0;
@@ -19,4 +19,4 @@ Holdings measure(HANDLE process, DWORD thread);
 
 std::ostream& operator<<(std::ostream& out, const Holdings& held);
 
-}  // namespace orvc::test
+}  // namespace orvc::driver

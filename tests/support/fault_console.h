@@ -5,8 +5,8 @@
 #include <bitset>
 #include <string>
 
+#include "app/refused_timers.h"
 #include "app/session.h"
-#include "app/timer_table.h"
 #include "counted_new.h"
 #include "fake_clock.h"
 

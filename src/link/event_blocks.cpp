@@ -21,8 +21,8 @@ std::unique_ptr<VariableBlock> VariableBlock::make(const KSVariableNotification&
     const std::size_t nameLength = notification.name ? std::strlen(notification.name) : 0;
     const std::size_t textLength = notification.text ? std::strlen(notification.text) : 0;
     const std::size_t textBytes = nameLength + 1 + (notification.text ? textLength + 1 : 0);
-    void* memory = ::operator new(sizeof(VariableBlock) + textBytes);
-    return std::unique_ptr<VariableBlock>(new (memory) VariableBlock(notification, nameLength, textLength));
+    void* memory = block_memory::allocate(sizeof(VariableBlock) + textBytes);
+    return std::unique_ptr<VariableBlock>(::new (memory) VariableBlock(notification, nameLength, textLength));
 }
 
 void BlockQueue::append(std::unique_ptr<EventBlock> block) {

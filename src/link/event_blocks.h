@@ -3,10 +3,12 @@
 
 #include <cstdint>
 #include <memory>
+#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "link/block_memory.h"
 #include "link/ks_types.h"
 #include "link/private_messages.h"
 
@@ -20,6 +22,8 @@ class EventBlock {
     virtual ~EventBlock() = default;
     EventBlock(const EventBlock&) = delete;
     EventBlock& operator=(const EventBlock&) = delete;
+    static void* operator new(std::size_t size) { return block_memory::allocate(size); }
+    static void operator delete(void* memory) { block_memory::release(memory); }
 
     std::uint32_t message() const { return message_; }
     std::uintptr_t wParam() const { return wParam_; }
@@ -47,10 +51,13 @@ using QueueBlock = RecordBlock<KSQueueRecord>;
 using ServerGroupBlock = RecordBlock<KSServerGroupRecord>;
 using MessageBlock = RecordBlock<KSMessageRecord>;
 
-// The server has stopped: no payload.
+// The server has stopped: no payload. One is kept ready for a time without memory, so each lies by itself.
 class StopBlock final : public EventBlock {
   public:
     StopBlock() : EventBlock(private_message::kServerStop, 0) {}
+    static void* operator new(std::size_t size) { return ::operator new(size); }
+    static void* operator new(std::size_t size, const std::nothrow_t& no) noexcept { return ::operator new(size, no); }
+    static void operator delete(void* memory) { ::operator delete(memory); }
 };
 
 // Start the timer wParam with this period.
@@ -85,8 +92,6 @@ class VariableBlock final : public EventBlock {
   public:
     // Copies both texts whole. `text` may be null. Throws std::bad_alloc.
     static std::unique_ptr<VariableBlock> make(const KSVariableNotification& notification);
-    static void operator delete(void* memory) { ::operator delete(memory); }
-
     // Both zero-terminated; text() is null when the variable has no string value.
     const char* name() const { return texts(); }
     const char* text() const { return hasText_ ? texts() + nameLength_ + 1 : nullptr; }

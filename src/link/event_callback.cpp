@@ -3,6 +3,7 @@
 #include <chrono>
 #include <exception>
 #include <new>
+#include <optional>
 
 #include "link/event_blocks.h"
 
@@ -26,16 +27,18 @@ void EventCallback::makeCurrent(EventCallback* callback) {
 void KS_CALL EventCallback::receive(std::uint32_t code, std::int32_t number, const void* connection, const void* data) {
     EventCallback* const callback = current_;
     if (callback == nullptr) return;
-    const auto start = SteadyClock::now();
-    const auto isPatient = [&] { return SteadyClock::now() - start < callback->handOver_.patience(); };
-    for (bool first = true;; first = false) {
+    std::optional<SteadyClock::time_point> failingSince;
+    for (;;) {
         try {
             callback->onEvent(code, number, connection, data);
             callback->isLosing_ = false;
             return;
         } catch (const std::exception& error) {
             // The window may make room by handling what waits. After a loss the next one is not waited for so long.
-            const bool again = first || (!callback->isLosing_ && isPatient());
+            const auto now = SteadyClock::now();
+            const bool again =
+                !failingSince || (!callback->isLosing_ && now - *failingSince < callback->handOver_.patience());
+            failingSince = failingSince.value_or(now);
             if (again && callback->handOver_.waitForRoom()) continue;
             callback->isLosing_ = true;
             callback->log_.log("Event %u lost: %s", code, error.what());

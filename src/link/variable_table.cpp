@@ -16,10 +16,18 @@ constexpr unsigned kFieldBits = 5;
 constexpr std::size_t kLongestField = 32;
 // Variables in a bucket, of different names and two or three records, are a handful.
 constexpr int kLongestBucket = 64;
+// Bytes of a variable of ordinary size. A larger one gets memory of its own.
+constexpr std::size_t kOrdinarySize = 1024;
+// The pool fetches memory for so many variables of a size at most at once: kept small, for what is not used is lost.
+constexpr std::pmr::pool_options kPoolOptions{256, kOrdinarySize};
+
+std::size_t bytesOf(std::size_t nameLength, std::size_t textCapacity) {
+    return sizeof(StoredVariable) + nameLength + textCapacity;
+}
 
 }  // namespace
 
-VariableTable::VariableTable() : buckets_(kFirstRoundSize), roundSize_(kFirstRoundSize) {}
+VariableTable::VariableTable() : buckets_(kFirstRoundSize, kNone), roundSize_(kFirstRoundSize), memory_(kPoolOptions) {}
 
 VariableTable::~VariableTable() {
     clear();
@@ -43,44 +51,61 @@ std::size_t VariableTable::bucketOf(std::uint32_t hash) const {
 }
 
 StoredVariable* VariableTable::find(std::string_view name, std::uint32_t hash, const StoredVariable* after) const {
-    StoredVariable* variable = after != nullptr ? after->next : buckets_[bucketOf(hash)];
-    while (variable != nullptr && (variable->hash != hash || variable->name() != name))
-        variable = variable->next;
-    return variable;
+    NodeIndex index = after != nullptr ? node(after->node).next : buckets_[bucketOf(hash)];
+    while (index != kNone) {
+        const Node& candidate = node(index);
+        if (candidate.hash == hash && candidate.variable->name() == name) return candidate.variable;
+        index = candidate.next;
+    }
+    return nullptr;
 }
 
 StoredVariable* VariableTable::insert(std::string_view name, std::uint32_t hash, std::size_t textCapacity) {
+    if (freeNode_ == kNone) addFreeNodes();
     if (size_ >= buckets_.size()) splitNextBucket();
     StoredVariable* const variable = allocate(name.size(), textCapacity);
-    variable->hash = hash;
-    variable->nameLength = static_cast<std::uint32_t>(name.size());
     std::memcpy(variable->texts(), name.data(), name.size());
-    StoredVariable*& bucket = buckets_[bucketOf(hash)];
-    variable->next = bucket;
-    bucket = variable;
+    variable->node = freeNode_;
+    NodeIndex& bucket = buckets_[bucketOf(hash)];
+    Node& added = node(freeNode_);
+    freeNode_ = added.next;
+    added = {hash, bucket, variable};
+    bucket = variable->node;
     ++size_;
     if (!spread_) {
         int length = 0;
-        for (const StoredVariable* other = bucket; other != nullptr && length <= kLongestBucket; other = other->next)
+        for (NodeIndex other = bucket; other != kNone && length <= kLongestBucket; other = node(other).next)
             ++length;
         if (length > kLongestBucket) spread();
     }
     return variable;
 }
 
+void VariableTable::addFreeNodes() {
+    const auto first = static_cast<NodeIndex>(nodes_.size() * kNodesInBlock);
+    nodes_.push_back(std::make_unique<Node[]>(kNodesInBlock));
+    for (NodeIndex index = first + kNodesInBlock; index-- > first;) {
+        node(index) = {0, freeNode_, nullptr};
+        freeNode_ = index;
+    }
+}
+
 // Files every variable anew under the hash of its whole name. Those of one name keep their order.
 void VariableTable::spread() {
+    std::vector<NodeIndex> all;
+    try {
+        all.reserve(size_);
+    } catch (const std::bad_alloc&) {
+        return;  // a later insertion tries again
+    }
     spread_ = true;
-    std::vector<StoredVariable*> variables;
-    variables.reserve(size_);
-    for (StoredVariable*& bucket : buckets_)
-        for (StoredVariable* variable = std::exchange(bucket, nullptr); variable != nullptr; variable = variable->next)
-            variables.push_back(variable);
-    for (auto variable = variables.rbegin(); variable != variables.rend(); ++variable) {
-        (*variable)->hash = hashOf((*variable)->name());
-        StoredVariable*& bucket = buckets_[bucketOf((*variable)->hash)];
-        (*variable)->next = bucket;
-        bucket = *variable;
+    for (NodeIndex& bucket : buckets_)
+        for (NodeIndex index = std::exchange(bucket, kNone); index != kNone; index = node(index).next)
+            all.push_back(index);
+    for (auto index = all.rbegin(); index != all.rend(); ++index) {
+        Node& moved = node(*index);
+        moved.hash = hashOf(moved.variable->name());
+        moved.next = std::exchange(buckets_[bucketOf(moved.hash)], *index);
     }
 }
 
@@ -92,7 +117,7 @@ StoredVariable* VariableTable::setText(StoredVariable* variable, std::optional<s
         *larger = *variable;
         larger->textCapacity = capacity;
         std::memcpy(larger->texts(), variable->texts(), variable->nameLength);
-        *slotOf(variable) = larger;
+        node(larger->node).variable = larger;
         release(variable);
         variable = larger;
     }
@@ -103,20 +128,28 @@ StoredVariable* VariableTable::setText(StoredVariable* variable, std::optional<s
 }
 
 void VariableTable::remove(StoredVariable* variable) {
-    *slotOf(variable) = variable->next;
+    const NodeIndex index = variable->node;
+    Node& removed = node(index);
+    NodeIndex* link = &buckets_[bucketOf(removed.hash)];
+    while (*link != index)
+        link = &node(*link).next;
+    *link = removed.next;
+    removed = {0, std::exchange(freeNode_, index), nullptr};
     release(variable);
     --size_;
 }
 
 void VariableTable::clear() {
-    for (StoredVariable*& bucket : buckets_) {
-        while (bucket != nullptr) {
-            StoredVariable* const variable = bucket;
-            bucket = variable->next;
+    // Those of ordinary size go together, without a look at each.
+    for (std::size_t index = 0; largeCount_ > 0 && index < nodes_.size() * kNodesInBlock; ++index) {
+        StoredVariable* const variable = node(static_cast<NodeIndex>(index)).variable;
+        if (variable != nullptr && bytesOf(variable->nameLength, variable->textCapacity) > kOrdinarySize)
             release(variable);
-        }
     }
-    buckets_.assign(kFirstRoundSize, nullptr);
+    memory_.release();
+    nodes_.clear();
+    freeNode_ = kNone;
+    buckets_.assign(kFirstRoundSize, kNone);
     buckets_.shrink_to_fit();
     roundSize_ = kFirstRoundSize;
     nextToSplit_ = 0;
@@ -124,25 +157,18 @@ void VariableTable::clear() {
     spread_ = false;
 }
 
-StoredVariable** VariableTable::slotOf(const StoredVariable* variable) {
-    StoredVariable** slot = &buckets_[bucketOf(variable->hash)];
-    while (*slot != variable)
-        slot = &(*slot)->next;
-    return slot;
-}
-
 // Moves the bucket's variables whose next hash bit is set to a new bucket at the end; both keep their order.
 void VariableTable::splitNextBucket() {
-    buckets_.push_back(nullptr);
-    StoredVariable** stay = &buckets_[nextToSplit_];
-    StoredVariable** move = &buckets_.back();
-    for (StoredVariable* variable = *stay; variable != nullptr; variable = variable->next) {
-        StoredVariable**& end = (variable->hash & roundSize_) != 0 ? move : stay;
-        *end = variable;
-        end = &variable->next;
+    buckets_.push_back(kNone);
+    NodeIndex* stay = &buckets_[nextToSplit_];
+    NodeIndex* move = &buckets_.back();
+    for (NodeIndex index = *stay; index != kNone; index = node(index).next) {
+        NodeIndex*& end = (node(index).hash & roundSize_) != 0 ? move : stay;
+        *end = index;
+        end = &node(index).next;
     }
-    *stay = nullptr;
-    *move = nullptr;
+    *stay = kNone;
+    *move = kNone;
     if (++nextToSplit_ == roundSize_) {
         roundSize_ *= 2;
         nextToSplit_ = 0;
@@ -150,14 +176,24 @@ void VariableTable::splitNextBucket() {
 }
 
 StoredVariable* VariableTable::allocate(std::size_t nameLength, std::size_t textCapacity) {
-    void* memory = ::operator new(sizeof(StoredVariable) + nameLength + textCapacity);
+    const std::size_t size = bytesOf(nameLength, textCapacity);
+    const bool isOrdinary = size <= kOrdinarySize;
+    void* const memory = isOrdinary ? memory_.allocate(size, alignof(StoredVariable)) : ::operator new(size);
     auto* variable = new (memory) StoredVariable{};
+    variable->nameLength = static_cast<std::uint32_t>(nameLength);
     variable->textCapacity = static_cast<std::uint32_t>(textCapacity);
+    if (!isOrdinary) ++largeCount_;
     return variable;
 }
 
 void VariableTable::release(StoredVariable* variable) {
-    ::operator delete(variable);
+    const std::size_t size = bytesOf(variable->nameLength, variable->textCapacity);
+    if (size <= kOrdinarySize) {
+        memory_.deallocate(variable, size, alignof(StoredVariable));
+    } else {
+        ::operator delete(variable);
+        --largeCount_;
+    }
 }
 
 }  // namespace orvc

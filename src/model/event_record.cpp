@@ -30,7 +30,7 @@ struct Setter {
     }
     void operator()(KSMac EventRecord::*member) const {
         // Anything that does not read as an address leaves the old one.
-        if (const auto mac = parseMac(std::string(text.value_or(std::string_view())))) record.*member = *mac;
+        if (const auto mac = parseMac(text.value_or(std::string_view()))) record.*member = *mac;
     }
 };
 

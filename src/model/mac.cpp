@@ -1,6 +1,8 @@
 #include "model/mac.h"
 
-#include <cstdio>
+#include <algorithm>
+#include <charconv>
+#include <system_error>
 
 #include "support/text.h"
 
@@ -10,14 +12,18 @@ std::string formatMac(const KSMac& mac) {
     return formatText("%02x:%02x:%02x:%02x:%02x:%02x", mac[0], mac[1], mac[2], mac[3], mac[4], mac[5]);
 }
 
-std::optional<KSMac> parseMac(const std::string& text) {
-    unsigned part[6];
-    if (std::sscanf(text.c_str(), "%02x:%02x:%02x:%02x:%02x:%02x", &part[0], &part[1], &part[2], &part[3], &part[4],
-                    &part[5]) != 6)
-        return std::nullopt;
+std::optional<KSMac> parseMac(std::string_view text) {
+    // Two of them for each Event of an installation: scanf takes a tenth of the whole load.
+    constexpr std::ptrdiff_t kDigits = 2;
+    const char* at = text.data();
+    const char* const end = at + text.size();
     KSMac mac;
-    for (std::size_t i = 0; i < mac.size(); ++i)
-        mac[i] = static_cast<std::uint8_t>(part[i]);
+    for (std::size_t i = 0; i < mac.size(); ++i) {
+        if (i > 0 && (at == end || *at++ != ':')) return std::nullopt;
+        const auto [rest, error] = std::from_chars(at, at + std::min(kDigits, end - at), mac[i], 16);
+        if (error != std::errc()) return std::nullopt;
+        at = rest;
+    }
     return mac;
 }
 

@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "link/ks_types.h"
 
@@ -11,8 +12,9 @@ namespace orvc {
 // "02:4b:53:00:00:1a": lower-case hexadecimal.
 std::string formatMac(const KSMac& mac);
 
-// Reads six numbers separated by colons, upper or lower case. Empty when one is missing.
-std::optional<KSMac> parseMac(const std::string& text);
+// Reads six numbers of one or two hexadecimal digits with a colon between them, upper or lower case; what follows them
+// does not matter. Empty when one is missing.
+std::optional<KSMac> parseMac(std::string_view text);
 
 // The last three bytes, as pick lists show them: "00001a".
 std::string formatMacTail(const KSMac& mac);

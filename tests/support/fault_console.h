@@ -114,7 +114,7 @@ class FaultConsole final : public SessionHost, public ServerLink, public WindowP
     }
     std::int32_t resendSettings() override {
         const KSConnectionInfo door{.mac = kDoor};
-        EventCallback::receive(event_code::kNewConnection, 1, &door, nullptr);
+        tell(event_code::kNewConnection, 1, nullptr, &door);
         KSGroupRecord group{.expectedMembers = 1};
         setFieldText(group.key, "Nurses");
         tell(event_code::kGroupInformation, 7, &group);
@@ -145,7 +145,9 @@ class FaultConsole final : public SessionHost, public ServerLink, public WindowP
     // WindowPoster
     bool post(std::uint32_t, std::uintptr_t, std::intptr_t) override { return posted_ = !posts_.fails(); }
     bool send(std::uint32_t, std::uintptr_t, std::intptr_t) override {
-        deliver();
+        do
+            deliver();
+        while (session_.hasUndeliveredEvents());  // as the timer would
         return true;
     }
     void requestTimer() override { startIfAllowed(timer::kHandOver); }
@@ -155,8 +157,14 @@ class FaultConsole final : public SessionHost, public ServerLink, public WindowP
         const KSVariableNotification notification{name, type, text, number};
         tell(event_code::kVariable, 0, &notification);
     }
-    static std::int32_t tell(std::uint32_t code, std::int32_t number, const void* record) {
-        EventCallback::receive(code, number, nullptr, record);
+    static std::int32_t tell(std::uint32_t code, std::int32_t number, const void* record,
+                             const KSConnectionInfo* connection = nullptr) {
+        {
+            // Blocks share larger pieces of memory. With a full one the next block needs an allocation, which can fail.
+            const Exempt exempt;
+            block_memory::release(block_memory::allocate(1 << 16));
+        }
+        EventCallback::receive(code, number, connection, record);
         return 0;
     }
     void deliver() {

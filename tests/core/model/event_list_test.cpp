@@ -78,6 +78,18 @@ TEST_F(EventListTest, NamesAreOrderedWithoutCaseAndTheNewestOfEqualsIsFirst) {
     EXPECT_EQ(rows(), "(none); ; %s; ALPHA; alphabet; beta; \xFF");
 }
 
+TEST_F(EventListTest, ManyThatComeAtOnceStandAsIfEachHadFoundItsRow) {
+    std::vector<std::string> expected;
+    for (int i = 0; i < 2'000; ++i) {
+        const std::string name = formatText("%03d", i * 7 % 400);  // each name five times
+        expected.insert(std::lower_bound(expected.begin(), expected.end(), name), name + formatText(" %04d", i));
+        show(formatText("{%04d}", i), name);
+        if (i % 700 == 0) rows();
+    }
+    for (std::size_t i = 0; i < expected.size(); ++i)
+        ASSERT_EQ(*list_.rows().at(i).name + " " + list_.rows().at(i).key.substr(1, 4), expected[i]);
+}
+
 TEST_F(EventListTest, ARenamedEventKeepsItsRowUntilItIsSaved) {
     show("{1}", "b");
     show("{2}", "a");

@@ -1,0 +1,87 @@
+#include "link/block_memory.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstdint>
+#include <mutex>
+#include <new>
+
+#if __has_include(<sanitizer/asan_interface.h>)
+#include <sanitizer/asan_interface.h>
+#else
+#define ASAN_POISON_MEMORY_REGION(address, size) (static_cast<void>(address), static_cast<void>(size))
+#define ASAN_UNPOISON_MEMORY_REGION(address, size) (static_cast<void>(address), static_cast<void>(size))
+#endif
+
+namespace orvc::block_memory {
+namespace {
+
+constexpr std::size_t kAlignment = 8;
+constexpr std::size_t kPieceSize = 64 * 1024;
+// While a piece is filled, the thread that fills it keeps its count to itself, and this stands for it.
+constexpr std::uint32_t kBeingFilled = 1u << 31;
+
+struct alignas(kAlignment) Piece {
+    std::size_t size;
+    std::atomic<std::uint32_t> living;  // blocks in use, and kBeingFilled
+};
+
+// Lies before each block.
+struct alignas(kAlignment) Header {
+    Piece* piece;
+    std::size_t size;
+};
+
+constexpr std::size_t roundUp(std::size_t size) {
+    return (size + kAlignment - 1) & ~(kAlignment - 1);
+}
+
+void drop(Piece* piece, std::uint32_t count) noexcept {
+    if (piece->living.fetch_sub(count, std::memory_order_acq_rel) != count) return;
+    ASAN_UNPOISON_MEMORY_REGION(piece, piece->size);
+    ::operator delete(piece);
+}
+
+// The piece that the next blocks go into. Releasing a block needs none of this.
+struct Filling {
+    std::mutex mutex;
+    Piece* piece = nullptr;
+    std::size_t used = 0;
+    std::uint32_t count = 0;
+
+    Header* take(std::size_t size) {
+        if (piece == nullptr || piece->size - used < size) startPiece(size);
+        auto* const header = reinterpret_cast<Header*>(reinterpret_cast<char*>(piece) + used);
+        ASAN_UNPOISON_MEMORY_REGION(header, size);
+        used += size;
+        ++count;
+        return new (header) Header{piece, size};
+    }
+
+    void startPiece(std::size_t size) {
+        const std::size_t pieceSize = std::max(kPieceSize, sizeof(Piece) + size);
+        void* const memory = ::operator new(pieceSize);
+        if (piece != nullptr) drop(piece, kBeingFilled - count);
+        piece = new (memory) Piece{pieceSize, kBeingFilled};
+        used = sizeof(Piece);
+        count = 0;
+        ASAN_POISON_MEMORY_REGION(piece + 1, pieceSize - sizeof(Piece));
+    }
+};
+Filling filling;
+
+}  // namespace
+
+void* allocate(std::size_t size) {
+    const std::lock_guard lock(filling.mutex);
+    return filling.take(sizeof(Header) + roundUp(size)) + 1;
+}
+
+void release(void* memory) noexcept {
+    Header* const header = static_cast<Header*>(memory) - 1;
+    Piece* const piece = header->piece;
+    ASAN_POISON_MEMORY_REGION(header, header->size);
+    drop(piece, 1);
+}
+
+}  // namespace orvc::block_memory

@@ -271,6 +271,7 @@ void editor(const std::string& places) {
             PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0);
             if (!waitUntil([&] { return findWindowWith(IDC_EVENT_DESTINATION) == nullptr; }, kPatience))
                 giveUp("the editor did not close");
+            SendMessageA(window, WM_NULL, 0, 0);  // answered once all of it is gone
         }
     });
 }

@@ -16,8 +16,10 @@ inline EventRecord editedUnchanged(const EventRecord& record, const Directory& d
     const FakeStringTable strings;
     EventForm form(strings, directory, schedules);
     form.load(record);
+    const bool hasPlaces = form.sourceKind() == SourceKind::kPlaces || form.sourceKind() == SourceKind::kNone;
     require(
-        form.sourceTexts().size() > static_cast<std::size_t>(std::max(form.sourceIndex(), 0)) &&
+        (hasPlaces ? form.sources().size() : form.otherSources().size()) >
+                static_cast<std::size_t>(std::max(form.sourceIndex(), 0)) &&
             form.destinations().size() > static_cast<std::size_t>(form.destinationIndex()) &&
             form.schedules().size() > static_cast<std::size_t>(form.scheduleIndex()) &&
             (form.responseIndex() == 0 || form.responseTexts().size() > static_cast<std::size_t>(form.responseIndex())),

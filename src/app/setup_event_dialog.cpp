@@ -79,23 +79,20 @@ void CSetupEventDlg::showLists() {
             SendMessageA(control(id), CB_SETCURSEL, static_cast<WPARAM>(index), 0);
     };
     showing_ = true;
-    if (std::exchange(shownSources_, form_.sourceRevision()) != form_.sourceRevision())
-        win32::fillDropDown(control(IDC_EVENT_SOURCE), form_.sourceTexts(), form_.sourceIndex());
-    if (std::exchange(shownSchedules_, form_.scheduleRevision()) != form_.scheduleRevision()) {
-        std::vector<std::string> names;
-        for (const ScheduleChoice& schedule : form_.schedules())
-            names.push_back(schedule.name);
-        win32::fillDropDown(control(IDC_EVENT_SCHEDULE), names, form_.scheduleIndex());
+    if (std::exchange(shownSources_, form_.sourceRevision()) != form_.sourceRevision()) {
+        if (form_.sourceKind() == SourceKind::kServer || form_.sourceKind() == SourceKind::kTimesOfDay)
+            win32::fillDropDown(control(IDC_EVENT_SOURCE), form_.otherSources(), form_.sourceIndex());
+        else
+            win32::fillDropDown(control(IDC_EVENT_SOURCE), form_.sources(), form_.sourceIndex(), &Place::text);
     }
+    if (std::exchange(shownSchedules_, form_.scheduleRevision()) != form_.scheduleRevision())
+        win32::fillDropDown(control(IDC_EVENT_SCHEDULE), form_.schedules(), form_.scheduleIndex(),
+                            &ScheduleChoice::name);
     if (std::exchange(shownResponses_, form_.responseRevision()) != form_.responseRevision())
         win32::fillDropDown(control(IDC_EVENT_RESPONSE), form_.responseTexts(), form_.responseIndex());
-    if (std::exchange(shownDestinations_, form_.destinationRevision()) != form_.destinationRevision()) {
-        std::vector<std::string> texts;
-        texts.reserve(form_.destinations().size());
-        for (const Place& place : form_.destinations())
-            texts.push_back(place.text);
-        win32::fillDropDown(control(IDC_EVENT_DESTINATION), texts, form_.destinationIndex());
-    }
+    if (std::exchange(shownDestinations_, form_.destinationRevision()) != form_.destinationRevision())
+        win32::fillDropDown(control(IDC_EVENT_DESTINATION), form_.destinations(), form_.destinationIndex(),
+                            &Place::text);
     choose(IDC_EVENT_TRIGGER, form_.triggerIndex());
     choose(IDC_EVENT_SOURCE, form_.sourceIndex());
     choose(IDC_EVENT_TIMEOUT, form_.timeoutIndex());

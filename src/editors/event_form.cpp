@@ -228,14 +228,9 @@ void EventForm::fillSources(SourceKind kind) {
     ++sourceRevision_;
 }
 
-std::vector<std::string> EventForm::sourceTexts() const {
+std::vector<std::string> EventForm::otherSources() const {
     if (sourceKind_ == SourceKind::kServer) return {strings_.text(IDS_SOURCE_SERVER)};
-    if (sourceKind_ == SourceKind::kTimesOfDay) return listTimesOfDay(strings_);
-    std::vector<std::string> texts;
-    texts.reserve(sources_.size());
-    for (const Place& place : sources_)
-        texts.push_back(place.text);
-    return texts;
+    return listTimesOfDay(strings_);
 }
 
 void EventForm::fillSchedules() {

@@ -98,7 +98,8 @@ class EventForm {
 
     // Lists as they are shown, and the chosen positions.
     SourceKind sourceKind() const { return sourceKind_; }
-    std::vector<std::string> sourceTexts() const;
+    const std::vector<Place>& sources() const { return sources_; }  // devices and groups, or the placeholder alone
+    std::vector<std::string> otherSources() const;                  // the server, or times of day
     const std::vector<ScheduleChoice>& schedules() const { return scheduleChoices_; }
     std::vector<std::string> responseTexts() const;
     const std::vector<Place>& destinations() const { return destinations_; }

@@ -3,8 +3,9 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdint>
-#include <mutex>
 #include <new>
+#include <thread>
+#include <utility>
 
 #if __has_include(<sanitizer/asan_interface.h>)
 #include <sanitizer/asan_interface.h>
@@ -17,7 +18,8 @@ namespace orvc::block_memory {
 namespace {
 
 constexpr std::size_t kAlignment = 8;
-constexpr std::size_t kPieceSize = 64 * 1024;
+// So large that the heaps of Windows take it from the system by itself and give it back at once.
+constexpr std::size_t kPieceSize = 512 * 1024;
 // While a piece is filled, the thread that fills it keeps its count to itself, and this stands for it.
 constexpr std::uint32_t kBeingFilled = 1u << 31;
 
@@ -36,15 +38,38 @@ constexpr std::size_t roundUp(std::size_t size) {
     return (size + kAlignment - 1) & ~(kAlignment - 1);
 }
 
-void drop(Piece* piece, std::uint32_t count) noexcept {
-    if (piece->living.fetch_sub(count, std::memory_order_acq_rel) != count) return;
+// An empty piece that waits to be filled again: while the window keeps up, its memory stays in the processor's caches.
+std::atomic<Piece*> spare{nullptr};
+
+void giveBack(Piece* piece) noexcept {
+    if (piece == nullptr) return;
     ASAN_UNPOISON_MEMORY_REGION(piece, piece->size);
     ::operator delete(piece);
 }
 
+void drop(Piece* piece, std::uint32_t count) noexcept {
+    if (piece->living.fetch_sub(count, std::memory_order_acq_rel) != count) return;
+    giveBack(piece->size == kPieceSize ? spare.exchange(piece) : piece);
+}
+
+// Hardly ever two threads allocate at once: a few instructions instead of a mutex, of which the hand-over has one
+// already.
+class FillingLock {
+  public:
+    FillingLock() {
+        while (busy_.test_and_set(std::memory_order_acquire))
+            std::this_thread::yield();
+    }
+    ~FillingLock() { busy_.clear(std::memory_order_release); }
+    FillingLock(const FillingLock&) = delete;
+    FillingLock& operator=(const FillingLock&) = delete;
+
+  private:
+    static inline std::atomic_flag busy_;
+};
+
 // The piece that the next blocks go into. Releasing a block needs none of this.
 struct Filling {
-    std::mutex mutex;
     Piece* piece = nullptr;
     std::size_t used = 0;
     std::uint32_t count = 0;
@@ -58,23 +83,34 @@ struct Filling {
         return new (header) Header{piece, size};
     }
 
+    void finish() noexcept {
+        if (piece != nullptr) drop(std::exchange(piece, nullptr), kBeingFilled - count);
+    }
+
     void startPiece(std::size_t size) {
         const std::size_t pieceSize = std::max(kPieceSize, sizeof(Piece) + size);
-        void* const memory = ::operator new(pieceSize);
-        if (piece != nullptr) drop(piece, kBeingFilled - count);
+        void* memory = pieceSize == kPieceSize ? spare.exchange(nullptr) : nullptr;
+        if (memory == nullptr) memory = ::operator new(pieceSize);
+        finish();
         piece = new (memory) Piece{pieceSize, kBeingFilled};
         used = sizeof(Piece);
         count = 0;
         ASAN_POISON_MEMORY_REGION(piece + 1, pieceSize - sizeof(Piece));
     }
 };
-Filling filling;
+constinit Filling filling;
 
 }  // namespace
 
 void* allocate(std::size_t size) {
-    const std::lock_guard lock(filling.mutex);
+    const FillingLock lock;
     return filling.take(sizeof(Header) + roundUp(size)) + 1;
+}
+
+void finishPiece() noexcept {
+    const FillingLock lock;
+    filling.finish();
+    giveBack(spare.exchange(nullptr));
 }
 
 void release(void* memory) noexcept {

@@ -5,6 +5,8 @@
 #include <exception>
 #include <utility>
 
+#include "link/block_memory.h"
+
 namespace orvc {
 namespace {
 
@@ -146,6 +148,7 @@ void HandOver::discard() {
         pending_ = false;
     }
     local_.clear();
+    block_memory::finishPiece();
 }
 
 }  // namespace orvc

@@ -46,8 +46,11 @@ Placeholder readPlaceholder(std::string_view format) {
     return found;
 }
 
-std::string formatValue(const Placeholder& placeholder, const FillValue& value) {
-    if (const auto* text = std::get_if<std::string_view>(&value)) return std::string(*text);
+void appendValue(std::string& text, const Placeholder& placeholder, const FillValue& value) {
+    if (const auto* words = std::get_if<std::string_view>(&value)) {
+        text += *words;
+        return;
+    }
     const long number = std::get<long>(value);
     // Not printf: lists are filled with ten thousands of these, and the one of Windows' C library is slow.
     const bool isHex = placeholder.conversion == 'x' || placeholder.conversion == 'X';
@@ -57,25 +60,35 @@ std::string formatValue(const Placeholder& placeholder, const FillValue& value) 
                             : std::to_chars(begin, begin + digits.size(), number).ptr;
     if (placeholder.conversion == 'X')
         std::transform(begin, end, begin, [](char c) { return c >= 'a' ? static_cast<char>(c - 'a' + 'A') : c; });
-    const std::size_t sign = *begin == '-' ? 1 : 0;
-    std::string text(begin, end);
+    const std::string_view shown(begin, static_cast<std::size_t>(end - begin));
+    const std::size_t sign = placeholder.zeroPadded && shown.front() == '-' ? 1 : 0;
     const auto width = static_cast<std::size_t>(placeholder.width);
-    if (text.size() < width)
-        text.insert(placeholder.zeroPadded ? sign : 0, width - text.size(), placeholder.zeroPadded ? '0' : ' ');
-    return text;
+    text += shown.substr(0, sign);
+    if (shown.size() < width) text.append(width - shown.size(), placeholder.zeroPadded ? '0' : ' ');
+    text += shown.substr(sign);
+}
+
+std::size_t lengthOf(const FillValue& value) {
+    constexpr std::size_t kUsualNumber = 6;
+    const auto* words = std::get_if<std::string_view>(&value);
+    return words != nullptr ? words->size() : kUsualNumber;
 }
 
 }  // namespace
 
 std::string fillIn(std::string_view format, std::initializer_list<FillValue> values) {
     std::string text;
+    std::size_t length = format.size();
+    for (const FillValue& value : values)
+        length += lengthOf(value);
+    text.reserve(length);
     const auto* value = values.begin();
     for (std::size_t at = 0; at < format.size();) {
         const Placeholder placeholder = format[at] == '%' ? readPlaceholder(format.substr(at)) : Placeholder{};
         if (placeholder.conversion == '%') {
             text += '%';
         } else if (placeholder.length != 0 && value != values.end()) {
-            text += formatValue(placeholder, *value++);
+            appendValue(text, placeholder, *value++);
         } else {
             text += format.substr(at, placeholder.length ? placeholder.length : 1);
         }

@@ -3,30 +3,32 @@
 namespace orvc::win32 {
 namespace {
 
-// The list inside a drop-down list: it is what repaints for each entry.
 HWND listOf(HWND dropDown) {
     COMBOBOXINFO info{};
     info.cbSize = sizeof info;
     return GetComboBoxInfo(dropDown, &info) ? info.hwndList : nullptr;
 }
 
+constexpr std::size_t kUsualEntry = 40;  // bytes
+
 }  // namespace
 
-void fillDropDown(HWND dropDown, const std::vector<std::string>& texts, int selected) {
-    const HWND list = listOf(dropDown);
-    std::size_t bytes = 0;
-    for (const std::string& text : texts)
-        bytes += text.size() + 1;
-    SendMessageA(dropDown, WM_SETREDRAW, FALSE, 0);
-    if (list != nullptr) SendMessageA(list, WM_SETREDRAW, FALSE, 0);
-    SendMessageA(dropDown, CB_RESETCONTENT, 0, 0);
-    SendMessageA(dropDown, CB_INITSTORAGE, texts.size(), static_cast<LPARAM>(bytes));
-    for (const std::string& text : texts)
-        SendMessageA(dropDown, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.c_str()));
-    SendMessageA(dropDown, CB_SETCURSEL, static_cast<WPARAM>(selected), 0);
-    if (list != nullptr) SendMessageA(list, WM_SETREDRAW, TRUE, 0);
-    SendMessageA(dropDown, WM_SETREDRAW, TRUE, 0);
-    InvalidateRect(dropDown, nullptr, TRUE);
+// The list inside takes entries in little more than half the time, and is what repaints for each.
+DropDownFill::DropDownFill(HWND dropDown, std::size_t count)
+    : dropDown_(dropDown),
+      list_(listOf(dropDown)),
+      target_(list_ != nullptr ? list_ : dropDown),
+      add_(list_ != nullptr ? LB_ADDSTRING : CB_ADDSTRING) {
+    SendMessageA(dropDown_, WM_SETREDRAW, FALSE, 0);
+    if (list_ != nullptr) SendMessageA(list_, WM_SETREDRAW, FALSE, 0);
+    SendMessageA(dropDown_, CB_RESETCONTENT, 0, 0);
+    SendMessageA(dropDown_, CB_INITSTORAGE, count, static_cast<LPARAM>(count * kUsualEntry));
+}
+
+DropDownFill::~DropDownFill() {
+    if (list_ != nullptr) SendMessageA(list_, WM_SETREDRAW, TRUE, 0);
+    SendMessageA(dropDown_, WM_SETREDRAW, TRUE, 0);
+    InvalidateRect(dropDown_, nullptr, TRUE);
 }
 
 int selectedEntry(HWND dropDown) {

@@ -3,14 +3,41 @@
 
 #include <windows.h>
 
+#include <cstddef>
+#include <functional>
 #include <string>
-#include <vector>
 
 namespace orvc::win32 {
 
-// Fills a drop-down list with these texts in their order and selects one (-1 = none), in one repaint. No notification
-// is sent.
-void fillDropDown(HWND dropDown, const std::vector<std::string>& texts, int selected);
+// Fills a drop-down list anew, in one repaint. No notification is sent.
+class DropDownFill {
+  public:
+    // Empties the list. `count` entries are to come.
+    DropDownFill(HWND dropDown, std::size_t count);
+    // Shows what was added.
+    ~DropDownFill();
+    DropDownFill(const DropDownFill&) = delete;
+    DropDownFill& operator=(const DropDownFill&) = delete;
+
+    void add(const std::string& text) { SendMessageA(target_, add_, 0, reinterpret_cast<LPARAM>(text.c_str())); }
+    // -1 = none.
+    void select(int entry) { SendMessageA(dropDown_, CB_SETCURSEL, static_cast<WPARAM>(entry), 0); }
+
+  private:
+    HWND dropDown_;
+    HWND list_;  // inside it; null when there is none
+    HWND target_;
+    UINT add_;
+};
+
+// Fills a drop-down list with the entries' texts in their order and selects one (-1 = none).
+template <typename Entries, typename TextOf = std::identity>
+void fillDropDown(HWND dropDown, const Entries& entries, int selected, TextOf textOf = {}) {
+    DropDownFill fill(dropDown, entries.size());
+    for (const auto& entry : entries)
+        fill.add(std::invoke(textOf, entry));
+    fill.select(selected);
+}
 
 // The selected entry; -1 when there is none.
 int selectedEntry(HWND dropDown);

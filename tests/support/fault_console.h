@@ -159,11 +159,7 @@ class FaultConsole final : public SessionHost, public ServerLink, public WindowP
     }
     static std::int32_t tell(std::uint32_t code, std::int32_t number, const void* record,
                              const KSConnectionInfo* connection = nullptr) {
-        {
-            // Blocks share larger pieces of memory. With a full one the next block needs an allocation, which can fail.
-            const Exempt exempt;
-            block_memory::release(block_memory::allocate(1 << 16));
-        }
+        block_memory::finishPiece();  // so that each block needs an allocation, which can fail
         EventCallback::receive(code, number, connection, record);
         return 0;
     }

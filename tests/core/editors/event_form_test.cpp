@@ -115,7 +115,7 @@ TEST_F(EventFormTest, AnotherTriggerKeepsWhatFitsIt) {
     EXPECT_EQ(std::tuple(form.sourceKind(), form.sourceIndex()), std::tuple(SourceKind::kTimesOfDay, 0));
     EXPECT_EQ(std::tuple(form.response(), form.destinationIndex()), std::tuple(Response::kActivateRelay, 1));
     form.chooseTrigger(8);  // a lost server reaches no device
-    EXPECT_EQ(form.sourceTexts(), std::vector<std::string>{strings_.text(IDS_SOURCE_SERVER)});
+    EXPECT_EQ(form.otherSources(), std::vector<std::string>{strings_.text(IDS_SOURCE_SERVER)});
     EXPECT_EQ(std::tuple(form.responseTexts().size(), form.responseIndex(), form.responseLine()),
               std::tuple(2u, 0, std::string()));
     form.chooseResponse(1);

@@ -27,7 +27,6 @@ TEST_P(FloodTest, EveryNotificationArrivesInOrderAndTheMemoryComesBack) {
     HandOver handOver(window, [&](const std::unique_ptr<EventBlock>& block) { flood->receive(*block); });
     Flood here(handOver, log, clock);
     flood = &here;
-    VariableBlock::make({});  // the piece of memory that the next blocks go into stays
     const std::size_t before = allocatedBytes();
     std::size_t most = before;
     for (std::size_t i = 0; i < GetParam().first; ++i)
@@ -45,6 +44,7 @@ TEST_P(FloodTest, EveryNotificationArrivesInOrderAndTheMemoryComesBack) {
     EXPECT_EQ(here.received(), kNotifications);
     EXPECT_TRUE(handOver.drain());
     window.take().shrink_to_fit();
+    block_memory::finishPiece();
     EXPECT_EQ(allocatedBytes(), before);
     RecordProperty("most_kib", static_cast<int>((most - before) / 1024));
 }

@@ -9,10 +9,11 @@
 #include "app/session.h"
 #include "counted_new.h"
 #include "fake_clock.h"
+#include "silent_server_link.h"
 
 namespace orvc {
 
-class FaultConsole final : public SessionHost, public ServerLink, public WindowPoster {
+class FaultConsole final : public SessionHost, public SilentServerLink, public WindowPoster {
   public:
     // What is given lives longer.
     FaultConsole(LogSystem& system, FaultPlan& posts, FaultPlan& timers)
@@ -97,12 +98,8 @@ class FaultConsole final : public SessionHost, public ServerLink, public WindowP
 
     // ServerLink
     bool isOpen() const override { return open; }
-    StartResult start(const KSSocketAddress&, const std::string&, const std::string&) override { return {0, true}; }
     std::int32_t stop() override { return tell(event_code::kServerStop, 0, nullptr); }
-    std::int32_t close() override { return 0; }
     void unload() override { open = false; }
-    std::int32_t createGroup(const KSGroupRecord&) override { return 0; }
-    std::int32_t deleteGroup(std::uint32_t) override { return 0; }
     std::int32_t getGroupMembers(std::uint32_t id) override {
         return tell(event_code::kGroupMember, static_cast<std::int32_t>(id), &kDoor);
     }
@@ -120,7 +117,6 @@ class FaultConsole final : public SessionHost, public ServerLink, public WindowP
         tell(event_code::kGroupInformation, 7, &group);
         return tell(event_code::kInitializationComplete, 0, nullptr);
     }
-    std::int32_t createKey(const std::string&, bool) override { return 0; }
     std::int32_t subscribe(const std::string&) override {
         // Told twice: what is told last must be what remains.
         for (const char* round : {"an old name", "a new name that is long"}) {
@@ -135,12 +131,6 @@ class FaultConsole final : public SessionHost, public ServerLink, public WindowP
         send("\\ORVS\\completeBits", nullptr, 1);
         return 0;
     }
-    std::int32_t setText(const std::string&, const std::string&) override { return 0; }
-    std::int32_t setDword(const std::string&, std::uint32_t) override { return 0; }
-    std::int32_t createFile(KSGuid&) override { return 0; }
-    std::int32_t readFile(const KSGuid&) override { return 0; }
-    std::int32_t writeFile(const KSGuid&, std::string_view) override { return 0; }
-    std::int32_t deleteFile(const KSGuid&) override { return 0; }
 
     // WindowPoster
     bool post(std::uint32_t, std::uintptr_t, std::intptr_t) override { return posted_ = !posts_.fails(); }

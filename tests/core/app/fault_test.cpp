@@ -1,11 +1,13 @@
 // A whole session in which every allocation, post, timer and log call fails in turn.
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <optional>
 
 #include "editors/event_saver.h"
 #include "fake_string_table.h"
 #include "fault_console.h"
+#include "refused_threads.h"
 #include "resources/resource.h"
 
 namespace orvc {
@@ -15,19 +17,24 @@ namespace {
 class FaultyLogSystem final : public LogSystem {
   public:
     std::unique_ptr<LogFile> openForAppending(const std::string&) override {
-        return calls.fails() ? nullptr : std::make_unique<File>(calls);
+        return calls.fails() ? nullptr : std::make_unique<File>(*this);
     }
     bool removeFile(const std::string&) override { return !calls.fails(); }
     void writeToDebugger(const char*) override {}
 
     FaultPlan calls;
+    std::atomic<std::size_t> written = 0;  // bytes
 
   private:
     struct File final : LogFile {
-        explicit File(FaultPlan& plan) : faults(plan) {}
-        bool write(std::string_view) override { return !faults.fails(); }
-        bool flush() override { return !faults.fails(); }
-        FaultPlan& faults;
+        explicit File(FaultyLogSystem& owner) : system(owner) {}
+        bool write(std::string_view bytes) override {
+            if (system.calls.fails()) return false;
+            system.written += bytes.size();
+            return true;
+        }
+        bool flush() override { return !system.calls.fails(); }
+        FaultyLogSystem& system;
     };
 };
 
@@ -131,6 +138,22 @@ TEST_F(FaultTest, PostsTimersAndLogCallsThatFailCostNothing) {
         workThrough(console);
         console.log.clear();
         EXPECT_EQ(console.contents(), kWhole);
+        shutDown(console);
+    });
+}
+
+TEST_F(FaultTest, AWriterThatDoesNotStartCostsTheLogItsLinesOnly) {
+    forEachFault(threadFaults(), [&](bool) {
+        FaultConsole console(system_, posts_, timers_);
+        workThrough(console);
+        console.log.clear();
+        EXPECT_EQ(console.contents(), kWhole);
+        threadFaults().lift();
+        console.log.clear();  // opens the file anew
+        const std::size_t before = system_.written;
+        console.log.log("a line");
+        console.log.closeDebug();
+        EXPECT_GT(system_.written, before);
         shutDown(console);
     });
 }

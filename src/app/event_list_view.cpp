@@ -181,12 +181,15 @@ int EventListView::minimumWidth(int dpi) const {
 void EventListView::layOutColumns(int dpi) {
     RECT client{};
     GetClientRect(list_, &client);
-    int rest = std::max(static_cast<int>(client.right), minimumWidth(dpi));
+    // Room for the vertical scroll bar is kept from the start: when it came it would make a horizontal one necessary.
+    const bool hasBar = (GetWindowLongA(list_, GWL_STYLE) & WS_VSCROLL) != 0;
+    const int width = client.right - (hasBar ? 0 : GetSystemMetrics(SM_CXVSCROLL));
+    int rest = std::max(width, minimumWidth(dpi));
     const int whole = rest;
     for (int index = kEventColumnCount - 1; index >= 0; --index) {
-        const int width = index == 0 ? rest : whole * kColumns[static_cast<std::size_t>(index)].share / 100;
-        SendMessageA(list_, LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(index), width);
-        rest -= width;
+        const int share = index == 0 ? rest : whole * kColumns[static_cast<std::size_t>(index)].share / 100;
+        SendMessageA(list_, LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(index), share);
+        rest -= share;
     }
 }
 

@@ -82,15 +82,17 @@ TEST_F(EventListTest, SelectionStaysWithAFiringFollowsADeletedLastRowAndEndsWith
 TEST_F(EventListTest, ColumnsFillTheWindowAndItsLeastSizeShowsTheirTitles) {
     setInteger("startWidth", 900);
     setInteger("startHeight", 500);
-    startConsole();
-    ASSERT_TRUE(console_.logOn(kBuildingEvents));
+    startConsole("events=100");  // more than the window has room for
+    ASSERT_TRUE(console_.logOn(100));
     const HWND window = console_.mainWindow();
     RECT size{};
     GetWindowRect(window, &size);
     EXPECT_EQ(size.right - size.left, 900);
     EXPECT_EQ(size.bottom - size.top, 500);
     RECT client{};
-    GetClientRect(GetDlgItem(window, IDC_EVENT_LIST), &client);
+    const HWND list = GetDlgItem(window, IDC_EVENT_LIST);
+    GetClientRect(list, &client);
+    EXPECT_EQ(GetWindowLongA(list, GWL_STYLE) & (WS_VSCROLL | WS_HSCROLL), WS_VSCROLL);
     int width = 0;
     for (int column = 0; column < 4; ++column)
         width += console_.columnWidth(column);

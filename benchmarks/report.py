@@ -112,7 +112,7 @@ FIGURES = [
     Figure("load", "longest gap of a 10 ms timer while a million come, against idle", "timer.loading",
            "timer.idle", 5,
            reason="The gap is one repaint on top of the timer's own period and one delivery of 5 ms: with the library's "
-                  "thread and the X server on the same two processors, Wine takes 10 to 30 ms for the list's scroll bars "
+                  "thread and the X server on the same two processors, Wine takes some 10 ms for the list's scroll bar "
                   "and some 20 ms for a page of rows."),
     *log_figures(),
     Figure("log", "one line every 2 ms, 50th percentile; formatting alone", "log.paced50.ours", "log.paced50.format", 1.5,

@@ -130,8 +130,9 @@ FIGURES = [
     Figure("payload", "reading a file of 1 MB", "payload.read.1mb.ours", "payload.read.1mb.reference", 1.5,
            reason="Reading is parsing by pugixml itself, and then finding the text and unescaping it."),
     Figure("window", "Event editor with two lists of 10,000 devices", "editor.console.10000", "editor.bare.10000", 1.5,
-           reason="Two thirds of it is the dialog itself, whose eight drop-down lists take Wine 2 to 3 ms each to make; "
-                  "see below. Gathering, ordering and filling both lists takes less than filling the bare ones."),
+           reason="About half of it is the dialog itself, whose eight drop-down lists take Wine 2 to 3 ms each to make; "
+                  "see below. The rest gathers and orders the places and fills both lists, which takes about as long as "
+                  "filling the bare ones."),
     Figure("window", "start to visible main window", "start.console", "start.bare", 1.5,
            reason="See below where the time goes."),
     Figure("size", "memory of an Event with all its variables", "memory.kept", "memory.sent", 3,

@@ -92,6 +92,7 @@ class VariableBlock final : public EventBlock {
   public:
     // Copies both texts whole. `text` may be null. Throws std::bad_alloc.
     static std::unique_ptr<VariableBlock> make(const KSVariableNotification& notification);
+
     // Both zero-terminated; text() is null when the variable has no string value.
     const char* name() const { return texts(); }
     const char* text() const { return hasText_ ? texts() + nameLength_ + 1 : nullptr; }

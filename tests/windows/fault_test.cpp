@@ -42,7 +42,7 @@ class FaultTest : public ConsoleTest {
 TEST_F(FaultTest, AQuestionThatIsOpenWhenTheServerStopsIsAnsweredAfterTheNextLogon) {
     for (const bool byHand : {false, true}) {
         saveCredentials();
-        if (byHand) setText("UserPassword", "");
+        if (byHand) setText("UserName", "");  // nothing is saved: the console waits for the operator
         startConsole("stop-once=2");
         if (byHand) console_.enterLogon("admin", "admin");
         ASSERT_TRUE(waitForEvents());

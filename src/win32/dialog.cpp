@@ -57,8 +57,12 @@ Dialog::~Dialog() {
 int Dialog::runModal(HWND owner) {
     result_.reset();
     runningDialogs().reserve(runningDialogs().size() + 1);
-    if (!create(owner)) throw std::bad_alloc();
+    // Before the dialog is made: while a box of its onInit() is open no command shall reach the owner.
     const bool ownerWasEnabled = owner != nullptr && EnableWindow(owner, FALSE) == 0;
+    if (!create(owner)) {
+        if (ownerWasEnabled) EnableWindow(owner, TRUE);
+        throw std::bad_alloc();
+    }
     runningDialogs().push_back(this);
     ShowWindow(window_, SW_SHOW);
     runMessageLoop([this] { return result_.has_value() || window_ == nullptr; },

@@ -318,6 +318,8 @@ end
     ASSERT_TRUE(console_.logOn(1));
     console_.selectRow(0);
     console_.choose(IDM_MODIFY_EVENT);
+    ASSERT_NE(console_.waitForMessageBox(), nullptr);
+    EXPECT_FALSE(IsWindowEnabled(console_.mainWindow())) << "nothing else can be opened meanwhile";
     expectMessage("Could not find event Source\nYour will need to reselect", "Event Source Unassigned");
     expectMessage("Could not find Event Schedule\nYou will need to reselect", "Event Schedule Unassigned");
     expectMessage("Could not find Event Destination\nYou will need to reselect and save",

@@ -18,8 +18,8 @@ constexpr std::size_t kLongestField = 32;
 constexpr int kLongestBucket = 64;
 // Bytes of a variable of ordinary size. A larger one gets memory of its own.
 constexpr std::size_t kOrdinarySize = 1024;
-// The pool fetches memory for so many variables of a size at most at once: what is not used of it is lost, and when it is
-// used up the pool looks through all that it has fetched.
+// The pool fetches memory for so many variables of a size at most at once: what is not used of it is lost, and when it
+// is used up the pool looks through all that it has fetched.
 constexpr std::pmr::pool_options kPoolOptions{2048, kOrdinarySize};
 
 std::size_t bytesOf(std::size_t nameLength, std::size_t textCapacity) {

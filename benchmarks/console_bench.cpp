@@ -12,8 +12,8 @@
 #include <string>
 #include <thread>
 
-#include "app/application.h"
 #include "bench.h"
+#include "console/application.h"
 #include "link/ks_library.h"
 #include "resources/resource.h"
 #include "windows_bench.h"

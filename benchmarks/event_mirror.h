@@ -2,8 +2,8 @@
 #pragma once
 
 #include "link/variable_store.h"
+#include "lists/event_table.h"
 #include "model/event_list.h"
-#include "tests/support/silent_server_link.h"
 
 namespace orvc::bench {
 
@@ -11,7 +11,14 @@ class SilentLogSystem final : public LogSystem {
   public:
     std::unique_ptr<LogFile> openForAppending(const std::string&) override { return nullptr; }
     bool removeFile(const std::string&) override { return false; }
+    bool emptyFile(const std::string&) override { return false; }
     void writeToDebugger(const char*) override {}
+};
+
+// Only what is painted needs texts.
+class NoTexts final : public StringTable {
+  public:
+    std::string text(unsigned) const override { return {}; }
 };
 
 struct EventMirror {
@@ -23,9 +30,9 @@ struct EventMirror {
     const SystemClock clock;
     SilentLogSystem logSystem;
     TrackingLog log{logSystem, clock};
-    SilentServerLink link;
-    Directory directory{log};
-    EventList events{link, directory, log, clock, [](std::string_view name) { return std::string(name); }};
+    const NoTexts texts;
+    EventTable table{texts, clock, [](std::string_view name) { return std::string(name); }};
+    EventList events{table, log, clock};
     VariableStore store{log};
 };
 

@@ -48,6 +48,7 @@ class BenchLogSystem final : public LogSystem {
         return std::make_unique<BenchFile>(path_, stalls_);
     }
     bool removeFile(const std::string&) override { return false; }
+    bool emptyFile(const std::string&) override { return false; }
     void writeToDebugger(const char*) override {}
 
   private:

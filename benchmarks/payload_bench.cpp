@@ -5,8 +5,8 @@
 #include <string>
 
 #include "bench.h"
-#include "editors/event_file.h"
 #include "event_mirror.h"
+#include "payload/payload_file.h"
 
 namespace orvc::bench {
 namespace {

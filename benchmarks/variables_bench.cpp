@@ -34,9 +34,9 @@ double storeAndRoute(const std::vector<SampleVariable>& variables) {
             const auto text = v.text ? std::optional<std::string_view>(*v.text) : std::nullopt;
             mirror.store.doSystemVariableUpdate({v.name, v.type, text, v.number});
         }
-        keep(mirror.events.rows().at(0));  // ordered by then
+        keep(mirror.table.model().at(0));  // ordered by then
     });
-    if (mirror.events.rows().size() * 19 != variables.size()) std::abort();
+    if (mirror.table.size() * 19 != variables.size()) std::abort();
     return seconds;
 }
 

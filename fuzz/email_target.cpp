@@ -1,5 +1,5 @@
 // E-mails: whatever a text holds, it stays in its field.
-#include "toolkit/email.h"
+#include "mail/email.h"
 
 #include "fuzz/input.h"
 

@@ -1,5 +1,5 @@
 // The payload files' escapes against plain loops over the bytes.
-#include "editors/event_text.h"
+#include "payload/payload_text.h"
 
 #include "fuzz/input.h"
 

@@ -1,8 +1,8 @@
 // Payload files: any bytes, and files that the console writes itself.
-#include "editors/event_file.h"
 #include "fuzz/input.h"
 #include "fuzz/silent_log.h"
-#include "toolkit/xml.h"
+#include "payload/payload_file.h"
+#include "payload/xml.h"
 
 namespace orvc {
 namespace {

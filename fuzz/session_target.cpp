@@ -1,13 +1,14 @@
-// The library's events, each with data of exactly the size that it has, through the callback and the hand-over into a
+// The library's events, each with data of exactly the size that it has, through the callback and the event queue into a
 // session; system variables above all, into the store and the records.
 #include <array>
 #include <cstring>
 
-#include "app/session.h"
 #include "fake_server_link.h"
 #include "fake_session_host.h"
 #include "fuzz/silent_log.h"
 #include "fuzz/view.h"
+#include "session/session.h"
+#include "shown_events.h"
 
 namespace orvc {
 namespace {
@@ -45,12 +46,8 @@ class Run {
         EventCallback::makeCurrent(&session_.callback());
         session_.setConsoleMode(true);
         host_.outcome.success = true;
-        // Members that do not come are waited for until the logon ends.
         host_.onWait = [this] {
-            if (!input_.isEmpty())
-                step();
-            else
-                event(event_code::kServerStop, 0);
+            if (!input_.isEmpty()) step();
             deliver();
         };
         session_.doLogon();
@@ -69,7 +66,7 @@ class Run {
     }
     void finish() {
         deliver();
-        showEverything(session_.events(), session_.schedules(), session_.directory(), silent_.clock);
+        showEverything(shown_.table, session_.schedules(), session_.directory());
         // Some are left for the end to free.
         if (input_.flag()) event(event_code::kServerStop, 0);
         session_.doShutdown();
@@ -157,13 +154,18 @@ class Run {
     }
 
     void deleteOrSaveEvent() {
-        EventList& events = session_.events();
-        if (events.rows().size() == 0) return;
-        EventRecord& record = events.rows().at(input_.byte() % events.rows().size());
-        if (input_.flag()) return session_.deleteEvent(record);
+        const EventTable& table = shown_.table;
+        if (table.size() == 0) return;
+        const EventRecord record = table.model().at(input_.byte() % table.size());
+        if (input_.flag()) {
+            session_.apply({EventChange{record, std::nullopt, {}}});
+            return;
+        }
         EventRecord edited = editedUnchanged(record, session_.directory(), session_.schedules());
         edited.name = input_.terminated();
-        require(session_.saveEvent(edited).hasRow, "a saved Event has its row");
+        session_.apply({EventChange{record, edited, {}}});
+        if (const EventRecord* const saved = session_.events().find(record.key))
+            require(table.model().contains(*saved), "a saved Event has its row");
     }
 
     Input& input_;
@@ -171,15 +173,10 @@ class Run {
     Journal journal_;
     FakeServerLink link_{journal_};
     FakeSessionHost host_{journal_};
-    Settings settings_;
+    LocalSettings settings_;
     Window window_;
-    Session session_{host_,
-                     link_,
-                     window_,
-                     silent_.log,
-                     silent_.clock,
-                     settings_,
-                     [](std::string_view name) { return std::string(name); }};
+    ShownEvents shown_;
+    Session session_{host_, link_, window_, silent_.log, silent_.clock, settings_, shown_.table};
 };
 
 }  // namespace

@@ -9,6 +9,7 @@ namespace orvc {
 struct SilentLog final : LogSystem {
     std::unique_ptr<LogFile> openForAppending(const std::string&) override { return nullptr; }
     bool removeFile(const std::string&) override { return false; }
+    bool emptyFile(const std::string&) override { return false; }
     void writeToDebugger(const char*) override {}
 
     FakeClock clock;

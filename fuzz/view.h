@@ -1,11 +1,11 @@
 // Everything that the console shows of its records, without its windows.
 #pragma once
 
-#include "app/event_texts.h"
-#include "editors/event_form.h"
-#include "editors/schedule/schedule_rows.h"
+#include "editors/event/event_form.h"
 #include "fake_string_table.h"
 #include "fuzz/input.h"
+#include "lists/event_table.h"
+#include "lists/schedule_table.h"
 #include "model/event_list.h"
 
 namespace orvc {
@@ -36,18 +36,17 @@ inline bool haveEqualFields(const EventRecord& a, const EventRecord& b) {
     });
 }
 
-inline void showEverything(EventList& events, ScheduleList& schedules, const Directory& directory, const Clock& clock) {
+inline void showEverything(const EventTable& events, const ScheduleList& schedules, const Directory& directory) {
     const FakeStringTable strings;
-    const EventRows& rows = events.rows();
-    for (std::size_t row = 0; row < rows.size(); ++row) {
-        const EventRecord& record = rows.at(row);
-        require(record.hasRow && rows.rowOf(record) == row, "a row is found by its record");
-        for (int column = 0; column < kEventColumnCount; ++column)
-            eventCellText(record, static_cast<EventColumn>(column), strings, clock);
+    for (std::size_t row = 0; row < events.size(); ++row) {
+        const EventRecord& record = events.model().at(row);
+        require(events.model().rowOf(record) == row, "a row is found by its record");
+        for (std::size_t column = 0; column < EventTable::columns().size(); ++column)
+            events.cell(row, column);
         const EventRecord once = editedUnchanged(record, directory, schedules);
         require(haveEqualFields(editedUnchanged(once, directory, schedules), once), "saving once more changes nothing");
     }
-    ScheduleRows scheduleRows(strings, [](std::string_view name) { return std::string(name); });
+    ScheduleTable scheduleRows(strings, [](std::string_view name) { return std::string(name); });
     scheduleRows.fill(schedules.records());
 }
 

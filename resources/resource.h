@@ -11,7 +11,6 @@
 #define IDR_MAIN_MENU 129
 #define IDD_LOGON 130
 #define IDR_TRAY_MENU 131
-#define IDR_MAIN_ACCELERATORS 132
 #define IDD_PLEASE_WAIT 150
 #define IDD_CONFIGURE_SCHEDULES 160
 #define IDD_EDIT_SCHEDULE 161
@@ -269,6 +268,11 @@
 #define IDS_EMAIL_TEST_ERROR_CAPTION 366
 #define IDS_EMAIL_TEST_SEND 367
 #define IDS_WAIT_SENDING 368
+#define IDS_FILE_NOT_CLEARED 369
+
+// Raised whenever an id, a control or a placeholder changes: a language library of another revision does not fit.
+#define IDS_RESOURCE_REVISION 399
+
 #define IDS_PERIOD_NO_END 240
 #define IDS_PERIOD_END_BEFORE_START 241
 #define IDS_PERIOD_NO_END_2 242

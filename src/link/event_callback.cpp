@@ -5,7 +5,7 @@
 #include <new>
 #include <optional>
 
-#include "link/event_blocks.h"
+#include "link/queued_events.h"
 
 namespace orvc {
 
@@ -17,8 +17,8 @@ using SteadyClock = std::chrono::steady_clock;
 
 std::atomic<EventCallback*> EventCallback::current_{nullptr};
 
-EventCallback::EventCallback(HandOver& handOver, TrackingLog& log, const Clock& clock, const EventTimers& timers)
-    : handOver_(handOver), log_(log), clock_(clock), timers_(timers) {}
+EventCallback::EventCallback(EventQueue& eventQueue, TrackingLog& log, const Clock& clock, const EventTimers& timers)
+    : eventQueue_(eventQueue), log_(log), clock_(clock), timers_(timers) {}
 
 void EventCallback::makeCurrent(EventCallback* callback) {
     current_ = callback;
@@ -37,9 +37,9 @@ void KS_CALL EventCallback::receive(std::uint32_t code, std::int32_t number, con
             // The window may make room by handling what waits. After a loss the next one is not waited for so long.
             const auto now = SteadyClock::now();
             const bool again =
-                !failingSince || (!callback->isLosing_ && now - *failingSince < callback->handOver_.patience());
+                !failingSince || (!callback->isLosing_ && now - *failingSince < callback->eventQueue_.patience());
             failingSince = failingSince.value_or(now);
-            if (again && callback->handOver_.waitForRoom()) continue;
+            if (again && callback->eventQueue_.waitForRoom()) continue;
             callback->isLosing_ = true;
             callback->log_.log("Event %u lost: %s", code, error.what());
             return;
@@ -47,141 +47,148 @@ void KS_CALL EventCallback::receive(std::uint32_t code, std::int32_t number, con
     }
 }
 
+// What is done with each code below kFirstUnknown; null = it is logged as not serviced.
+const EventCallback::Handlers& EventCallback::handlers() {
+    static constexpr Handlers table = [] {
+        Handlers handlers{};
+        // Known, and of no interest to this console.
+        for (const std::uint32_t code : {2, 4, 6, 7, 8, 10, 12, 13, 14, 16, 17, 20, 21, 22, 23, 24, 40, 41, 50, 82})
+            handlers[code] = &EventCallback::ignore;
+        handlers[event_code::kText] = &EventCallback::onText;
+        handlers[event_code::kNewConnection] = &EventCallback::onNewConnection;
+        handlers[event_code::kIntercomError] = &EventCallback::onIntercomError;
+        handlers[event_code::kAudioHighMark] = &EventCallback::onAudioHighMark;
+        handlers[event_code::kReconnect] = &EventCallback::onReconnect;
+        handlers[event_code::kGpioStateChange] = &EventCallback::onGpioStateChange;
+        handlers[event_code::kServerStop] = &EventCallback::onServerStop;
+        handlers[event_code::kUserConnected] = &EventCallback::onUserConnected;
+        handlers[event_code::kUserDisconnected] = &EventCallback::onUserDisconnected;
+        handlers[event_code::kServerTime] = &EventCallback::onServerTime;
+        handlers[event_code::kNewQueueMembership] =
+            &EventCallback::queueRecord<KSQueueRecord, private_message::kNewQueueMembership>;
+        handlers[event_code::kQueueMembershipUpdate] =
+            &EventCallback::queueRecord<KSQueueRecord, private_message::kQueueMembershipUpdate>;
+        handlers[event_code::kGroupInformation] = &EventCallback::onGroupInformation;
+        handlers[event_code::kGroupMember] = &EventCallback::queueRecord<KSMac, private_message::kGroupMember>;
+        handlers[event_code::kServerGroup] =
+            &EventCallback::queueRecord<KSServerGroupRecord, private_message::kServerGroup>;
+        handlers[event_code::kGroupMessage] =
+            &EventCallback::queueRecord<KSMessageRecord, private_message::kGroupMessage>;
+        handlers[event_code::kInitializationComplete] = &EventCallback::onInitializationComplete;
+        handlers[event_code::kSettingsUpdate] = &EventCallback::onSettingsUpdate;
+        handlers[event_code::kVariable] = &EventCallback::onVariable;
+        handlers[event_code::kFileData] = &EventCallback::onFileData;
+        return handlers;
+    }();
+    return table;
+}
+
 void EventCallback::onEvent(std::uint32_t code, std::int32_t number, const void* connection, const void* data) {
-    namespace message = private_message;
-    const auto text = [data] { return data != nullptr ? static_cast<const char*>(data) : ""; };
-    const auto id = static_cast<std::uintptr_t>(static_cast<std::uint32_t>(number));
-    switch (code) {
-        case event_code::kText:
-            log_.log("%s", text());
-            return;
-        case event_code::kNewConnection:
-            onConnection("New Connection", number, connection, data);
-            return;
-        case event_code::kIntercomError:
-            log_.log("Intercom %d Event Error", number);
-            return;
-        case event_code::kAudioHighMark:
-            log_.log("Intercom %d Event Audio High Mark", number);
-            return;
-        case event_code::kReconnect:
-            onConnection("Reconnect", number, connection, data);
-            return;
-        case event_code::kGpioStateChange:
-            log_.log("Event GPIO State Change");
-            return;
-        case event_code::kServerStop:
-            if (spareStop_ == nullptr) spareStop_ = std::make_unique<StopBlock>();
-            handOver_.put(std::move(spareStop_));
-            spareStop_.reset(new (std::nothrow) StopBlock);
-            return;
-        case event_code::kUserConnected:
-            log_.log("Console user %s connected", text());
-            return;
-        case event_code::kUserDisconnected:
-            log_.log("Console user %s disconnected", text());
-            return;
-        case event_code::kServerTime:
-            onServerTime(data);
-            return;
-        case event_code::kNewQueueMembership:
-            handOverRecord<KSQueueRecord>(message::kNewQueueMembership, 0, data);
-            return;
-        case event_code::kQueueMembershipUpdate:
-            handOverRecord<KSQueueRecord>(message::kQueueMembershipUpdate, 0, data);
-            return;
-        case event_code::kGroupInformation:
-            if (data != nullptr) {
-                auto block = std::make_unique<GroupBlock>(message::kGroupInformation, id,
-                                                          *static_cast<const KSGroupRecord*>(data));
-                block->record.groupId = static_cast<std::uint32_t>(number);
-                handOver_.put(std::move(block));
-            }
-            return;
-        case event_code::kGroupMember:
-            handOverRecord<KSMac>(message::kGroupMember, id, data);
-            return;
-        case event_code::kServerGroup:
-            handOverRecord<KSServerGroupRecord>(message::kServerGroup, 0, data);
-            return;
-        case event_code::kGroupMessage:
-            handOverRecord<KSMessageRecord>(message::kGroupMessage, 0, data);
-            return;
-        case event_code::kInitializationComplete:
-            handOver_.put(std::make_unique<TimerBlock>(timers_.subscriptionStart, timers_.subscriptionStartPeriod));
-            log_.log("Console initialization is complete");
-            return;
-        case event_code::kSettingsUpdate:
-            settingsUpdate_ = true;
-            handOver_.put(std::make_unique<TimerBlock>(timers_.settingsReload, timers_.settingsReloadPeriod));
-            log_.log("Console settings update is available");
-            return;
-        case event_code::kVariable:
-            if (data != nullptr) handOver_.put(VariableBlock::make(*static_cast<const KSVariableNotification*>(data)));
-            return;
-        case event_code::kFileData:
-            onFileData(data);
-            return;
-        case 2:
-        case 4:
-        case 6:
-        case 7:
-        case 8:
-        case 10:
-        case 12:
-        case 13:
-        case 14:
-        case 16:
-        case 17:
-        case 20:
-        case 21:
-        case 22:
-        case 23:
-        case 24:
-        case 40:
-        case 41:
-        case 50:
-        case 82:
-            return;  // known, and of no interest to this console
-        default:
-            log_.log("Unserviced Event %d called back", static_cast<int>(code));
-    }
+    const Handler handler = code < event_code::kFirstUnknown ? handlers()[code] : nullptr;
+    if (handler != nullptr)
+        (this->*handler)({number, connection, data});
+    else
+        log_.log("Unserviced Event %d called back", static_cast<int>(code));
 }
 
-template <typename Record>
-void EventCallback::handOverRecord(std::uint32_t message, std::uintptr_t wParam, const void* data) {
-    if (data == nullptr) return;
-    handOver_.put(std::make_unique<RecordBlock<Record>>(message, wParam, *static_cast<const Record*>(data)));
+void EventCallback::onText(const Arguments& event) {
+    log_.log("%s", event.text());
 }
 
-void EventCallback::onConnection(const char* what, std::int32_t socket, const void* connection, const void* data) {
-    if (connection == nullptr) return;
-    const auto& info = *static_cast<const KSConnectionInfo*>(connection);
+void EventCallback::onNewConnection(const Arguments& event) {
+    onConnection("New Connection", event);
+}
+
+void EventCallback::onReconnect(const Arguments& event) {
+    onConnection("Reconnect", event);
+}
+
+void EventCallback::onIntercomError(const Arguments& event) {
+    log_.log("Intercom %d Event Error", event.number);
+}
+
+void EventCallback::onAudioHighMark(const Arguments& event) {
+    log_.log("Intercom %d Event Audio High Mark", event.number);
+}
+
+void EventCallback::onGpioStateChange(const Arguments&) {
+    log_.log("Event GPIO State Change");
+}
+
+void EventCallback::onServerStop(const Arguments&) {
+    if (spareStop_ == nullptr) spareStop_ = std::make_unique<StopEvent>();
+    eventQueue_.put(std::move(spareStop_));
+    spareStop_.reset(new (std::nothrow) StopEvent);
+}
+
+void EventCallback::onUserConnected(const Arguments& event) {
+    log_.log("Console user %s connected", event.text());
+}
+
+void EventCallback::onUserDisconnected(const Arguments& event) {
+    log_.log("Console user %s disconnected", event.text());
+}
+
+void EventCallback::onGroupInformation(const Arguments& event) {
+    if (event.data == nullptr) return;
+    auto queued = std::make_unique<GroupEvent>(private_message::kGroupInformation, event.id(),
+                                               *static_cast<const KSGroupRecord*>(event.data));
+    queued->record.groupId = static_cast<std::uint32_t>(event.number);
+    eventQueue_.put(std::move(queued));
+}
+
+void EventCallback::onInitializationComplete(const Arguments&) {
+    eventQueue_.put(std::make_unique<TimerEvent>(timers_.subscriptionStart, timers_.subscriptionStartPeriod));
+    log_.log("Console initialization is complete");
+}
+
+void EventCallback::onSettingsUpdate(const Arguments&) {
+    eventQueue_.put(std::make_unique<TimerEvent>(timers_.settingsReload, timers_.settingsReloadPeriod));
+    log_.log("Console settings update is available");
+}
+
+void EventCallback::onVariable(const Arguments& event) {
+    if (event.data == nullptr) return;
+    eventQueue_.put(VariableEvent::make(*static_cast<const KSVariableNotification*>(event.data)));
+}
+
+template <typename Record, std::uint32_t message>
+void EventCallback::queueRecord(const Arguments& event) {
+    if (event.data == nullptr) return;
+    // Only a group's member needs to know the number: its group.
+    const std::uintptr_t wParam = message == private_message::kGroupMember ? event.id() : 0;
+    eventQueue_.put(std::make_unique<RecordEvent<Record>>(message, wParam, *static_cast<const Record*>(event.data)));
+}
+
+void EventCallback::onConnection(const char* what, const Arguments& event) {
+    if (event.connection == nullptr) return;
+    const std::int32_t socket = event.number;
+    const auto& info = *static_cast<const KSConnectionInfo*>(event.connection);
     const std::string_view name = fieldText(info.deviceName);
     log_.log("EVENT:%s '%.*s' on socket %d Status = 0x%x", what, static_cast<int>(name.size()), name.data(), socket,
              info.status);
-    auto block = std::make_unique<ConnectionBlock>(socket, info);
-    const auto* words = static_cast<const KSWord*>(data);
+    auto queued = std::make_unique<ConnectionEvent>(socket, info);
+    const auto* words = static_cast<const KSWord*>(event.data);
     if (words != nullptr && static_cast<std::intptr_t>(words[0]) >= 1 && words[1] != 0)
-        block->extra = *reinterpret_cast<const KSExtraIntercomInfo*>(words[1]);
+        queued->extra = *reinterpret_cast<const KSExtraIntercomInfo*>(words[1]);
     if (socket < 0) log_.log("EVENT_NEW_CONNECTION: Socket %d should not be negative", socket);
-    handOver_.putAndWait(std::move(block));
+    eventQueue_.putAndWait(std::move(queued));
 }
 
-void EventCallback::onServerTime(const void* data) {
-    if (data == nullptr) return;
-    const std::uint32_t serverTime = *static_cast<const std::uint32_t*>(data);
+void EventCallback::onServerTime(const Arguments& event) {
+    if (event.data == nullptr) return;
+    const std::uint32_t serverTime = *static_cast<const std::uint32_t*>(event.data);
     serverDelta_ = static_cast<std::int32_t>(serverTime - static_cast<std::uint32_t>(clock_.now()));
     log_.log("Server Delta = %d", serverDelta_.load());
 }
 
-void EventCallback::onFileData(const void* data) {
-    if (data == nullptr) return;
-    const auto& file = *static_cast<const KSFileData*>(data);
+void EventCallback::onFileData(const Arguments& event) {
+    if (event.data == nullptr) return;
+    const auto& file = *static_cast<const KSFileData*>(event.data);
     std::string bytes;
     if (file.bytes != nullptr) bytes.assign(static_cast<const char*>(file.bytes), file.byteCount);
     if (file.bytes == nullptr && file.byteCount > 0) return;
-    handOver_.put(std::make_unique<FileDataBlock>(file.file, std::move(bytes)));
+    eventQueue_.put(std::make_unique<FileDataEvent>(file.file, std::move(bytes)));
 }
 
 }  // namespace orvc

@@ -80,6 +80,10 @@ std::int32_t KSServerLink::resendSettings() {
     return call(library_.KSResendSettings, handle_);
 }
 
+std::int32_t KSServerLink::createRoot(const std::string& path) {
+    return createKey(path, true);
+}
+
 std::int32_t KSServerLink::createKey(const std::string& path, bool create) {
     return call(library_.KSSysVarCreateKey, handle_, path.c_str(), variable_type::kKey, create ? 1U : 0U);
 }

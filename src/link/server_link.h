@@ -23,44 +23,63 @@ struct StartResult {
     bool isAdministrator = false;
 };
 
-// One open link. Every call is made on the user-interface thread and returns the library's result, 0 for success, or -1
-// when no link is open.
-class ServerLink {
-  public:
-    virtual ~ServerLink() = default;
+// The link in four parts, so that a signature shows what a class may do with it. Every call is made on the
+// user-interface thread and returns the library's result, 0 for success, or -1 when no link is open.
 
-    virtual bool isOpen() const = 0;
+// Logs on and off.
+class LogonLink {
+  public:
+    virtual ~LogonLink() = default;
     virtual StartResult start(const KSSocketAddress& address, const std::string& logonId,
                               const std::string& password) = 0;
     virtual std::int32_t stop() = 0;
-    // Closes the link: no event arrives after it returned.
-    virtual std::int32_t close() = 0;
-    // Frees the library; every later call answers -1.
-    virtual void unload() = 0;
+};
+
+// Asks the server. The answers arrive as events.
+class ServerReader {
+  public:
+    virtual ~ServerReader() = default;
 
     virtual std::int32_t createGroup(const KSGroupRecord& group) = 0;
     virtual std::int32_t deleteGroup(std::uint32_t groupId) = 0;
     virtual std::int32_t getGroupMembers(std::uint32_t groupId) = 0;
     virtual std::int32_t getMessages() = 0;
     virtual std::int32_t resendSettings() = 0;
-
-    // Creates `path`; removes it and all beneath when it ends in a backslash and `create` is false.
-    virtual std::int32_t createKey(const std::string& path, bool create) = 0;
+    // Makes the root of a subscription where the server has none.
+    virtual std::int32_t createRoot(const std::string& path) = 0;
     virtual std::int32_t subscribe(const std::string& path) = 0;
+    virtual std::int32_t readFile(const KSGuid& file) = 0;
+};
+
+// Changes what is on the server. Only the gate (session/gate.h) has it.
+class ServerWriter {
+  public:
+    virtual ~ServerWriter() = default;
+
+    // Creates `path`; removes it and everything below when it ends in a backslash and `create` is false.
+    virtual std::int32_t createKey(const std::string& path, bool create) = 0;
     // A text is sent without its terminator.
     virtual std::int32_t setText(const std::string& name, const std::string& text) = 0;
     virtual std::int32_t setDword(const std::string& name, std::uint32_t number) = 0;
-
     virtual std::int32_t createFile(KSGuid& created) = 0;
-    // The bytes arrive later, as file data events.
-    virtual std::int32_t readFile(const KSGuid& file) = 0;
     virtual std::int32_t writeFile(const KSGuid& file, std::string_view bytes) = 0;
     virtual std::int32_t deleteFile(const KSGuid& file) = 0;
 };
 
+// The whole link, for whoever opens and closes it.
+class ServerLink : public LogonLink, public ServerReader, public ServerWriter {
+  public:
+    virtual bool isOpen() const = 0;
+    // Closes the link: no event arrives after it returned.
+    virtual std::int32_t close() = 0;
+    // Frees the library; every later call answers -1.
+    virtual void unload() = 0;
+};
+
 // The link through the real library.
 //
-// A missing library or entry point makes calls answer -1; none goes through a null pointer.
+// A missing library or entry point makes calls answer -1; none goes through a null pointer. A library whose KSOpen gave
+// no handle is left alone from then on: it is neither stopped, closed nor freed.
 class KSServerLink final : public ServerLink {
   public:
     // Takes the bound table of a loaded library and the function that frees it. Both may be empty: no library.
@@ -72,7 +91,8 @@ class KSServerLink final : public ServerLink {
 
     // The version that the library reports; zeros when it has no such entry point.
     std::optional<LibraryVersion> readVersion() const;
-    // Opens the link with `callback` as receiver of its events. The result is not checked; flags() tells the mode.
+    // Opens the link with `callback` as receiver of its events. The result is not checked; isOpen() tells whether there
+    // is a link, and flags() the mode.
     void open(KSEventCallback callback);
     void enableDebug() const;
     // The open flags as the library returned them; 16 before.
@@ -89,6 +109,7 @@ class KSServerLink final : public ServerLink {
     std::int32_t getGroupMembers(std::uint32_t groupId) override;
     std::int32_t getMessages() override;
     std::int32_t resendSettings() override;
+    std::int32_t createRoot(const std::string& path) override;
     std::int32_t createKey(const std::string& path, bool create) override;
     std::int32_t subscribe(const std::string& path) override;
     std::int32_t setText(const std::string& name, const std::string& text) override;

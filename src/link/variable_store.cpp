@@ -19,6 +19,8 @@ void VariableStore::doSystemVariableUpdate(const Variable& notification) {
     StoredVariable* stored = lookUp(notification.name, hash, notification.type);
     if ((notification.type & variable_type::kDeleted) != 0) {
         if (stored != nullptr) table_.remove(stored);
+        const bool isKey = (notification.type & variable_type::kValue) == 0;
+        if (isKey && notification.name.ends_with('\\')) removeKey(notification.name);
         return;
     }
     if (stored == nullptr)
@@ -30,6 +32,12 @@ void VariableStore::doSystemVariableUpdate(const Variable& notification) {
                  static_cast<int>(notification.name.size()), notification.name.data());
     stored = table_.setText(stored, notification.text);
     route(*stored);
+}
+
+void VariableStore::removeKey(std::string_view path) {
+    if (isForeignKey_ && !isForeignKey_(path)) return;
+    for (VariableOwner* owner : owners_)
+        owner->removeKey(path);
 }
 
 void VariableStore::route(const StoredVariable& stored) {

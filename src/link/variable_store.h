@@ -26,6 +26,8 @@ class VariableOwner {
     virtual ~VariableOwner() = default;
     // Returns true when the variable is this owner's, whether or not it could use it.
     virtual bool updateVariable(const Variable& variable) = 0;
+    // Another console deleted this key, with everything below it. The path ends in a backslash.
+    virtual void removeKey(std::string_view path) { static_cast<void>(path); }
 };
 
 // Purpose: keeps every variable that the server sent and hands each one to its owner.
@@ -36,6 +38,8 @@ class VariableStore {
     explicit VariableStore(TrackingLog& log) : log_(log) {}
 
     void addOwner(VariableOwner& owner) { owners_.push_back(&owner); }
+    // Decides whether a deleted key is passed on to the owners: not one that this console deleted itself.
+    void setKeyFilter(std::function<bool(std::string_view path)> isForeign) { isForeignKey_ = std::move(isForeign); }
     // Runs after each variable that was stored and offered to the owners.
     void setAfterRouting(std::function<void()> afterRouting) { afterRouting_ = std::move(afterRouting); }
 
@@ -45,8 +49,8 @@ class VariableStore {
         return lookUp(name, table_.hashOf(name), type);
     }
 
-    // Applies one notification: stores the variable and routes it, or removes it when its type says so. A removal is
-    // not told to the owners.
+    // Applies one notification: stores the variable and routes it, or removes it when its type says so. The owners are
+    // told of the deletion of a whole key, never of a single value's.
     void doSystemVariableUpdate(const Variable& notification);
 
     std::size_t size() const { return table_.size(); }
@@ -55,11 +59,13 @@ class VariableStore {
   private:
     StoredVariable* lookUp(std::string_view name, std::uint32_t hash, std::uint32_t type) const;
     void route(const StoredVariable& stored);
+    void removeKey(std::string_view path);
 
     TrackingLog& log_;
     VariableTable table_;
     std::vector<VariableOwner*> owners_;
     std::function<void()> afterRouting_;
+    std::function<bool(std::string_view)> isForeignKey_;
 };
 
 }  // namespace orvc

@@ -1,5 +1,7 @@
 #include "model/directory.h"
 
+#include <algorithm>
+
 #include "model/mac.h"
 
 namespace orvc {
@@ -43,7 +45,7 @@ void Directory::updateDevice(const KSConnectionInfo& info, const std::optional<K
 }
 
 void Directory::updateGroup(const KSGroupRecord& record) {
-    // Listed under its key when nothing can fail any more.
+    // Added to the list last, when nothing can fail.
     Group*& byId = groupsById_[record.groupId];
     Group* group = findGroup(fieldText(record.key));
     if (group == nullptr) {
@@ -92,10 +94,17 @@ void Directory::doNewGroupMessageInfo(const KSMessageRecord& record) {
         return;
     }
     log_.log("doNewGroupMessageInfo: new message received '%.*s'", static_cast<int>(name.size()), name.data());
+    // One entry per key, however often the server sends it; the newest first.
+    if (AudioMessage* const known = findIn(messagesByKey_, fieldText(record.key))) {
+        known->record = record;  // the index views the key, which is the same
+        const auto listed = std::ranges::find_if(messages_, [&](const AudioMessage& m) { return &m == known; });
+        messages_.splice(messages_.begin(), messages_, listed);
+        return;
+    }
     std::list<AudioMessage> made(1);
     AudioMessage& message = made.front();
     message.record = record;
-    messagesByKey_.insert_or_assign(message.key(), &message);
+    messagesByKey_.try_emplace(message.key(), &message);
     messages_.splice(messages_.begin(), made);
 }
 

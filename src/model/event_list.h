@@ -1,70 +1,79 @@
-// All Events that the server told of, and their way back to the server.
+// All Events that the server sent.
 #pragma once
 
+#include <cstdint>
 #include <list>
 #include <string_view>
 #include <unordered_map>
 
-#include "link/server_link.h"
 #include "link/variable_store.h"
-#include "model/directory.h"
 #include "model/event_record.h"
-#include "model/event_rows.h"
 #include "support/clock.h"
 #include "support/tracking_log.h"
 
 namespace orvc {
 
-// Purpose: builds Event records from variables as they arrive, in any order; writes and deletes them.
-// Thread: user-interface thread. Cost: constant per variable; a new row costs its look-up.
-// Lifetime: a record lives until remove() or clear(). Code that runs the message loop in between finds it again by key.
+// Who shows the Events. Called on the user-interface thread.
+class EventListObserver {
+  public:
+    virtual ~EventListObserver() = default;
+    // A complete record has come or changed; `renamed` when its name may be another one. It can be shown from now on.
+    virtual void eventChanged(const EventRecord& record, bool renamed) = 0;
+    // The record is about to be freed.
+    virtual void eventGone(const EventRecord& record) = 0;
+    // All of them are.
+    virtual void eventsCleared() = 0;
+};
+
+// Purpose: builds Event records from variables as they arrive, in any order. It writes nothing.
+// Thread: user-interface thread. Cost: constant per variable.
+// Lifetime: a record lives until remove() or clear(), at the same address. Code that runs the message loop in between
+// finds it again by key. What the constructor takes outlives the list.
 class EventList final : public VariableOwner {
   public:
-    EventList(ServerLink& link, const Directory& directory, TrackingLog& log, const Clock& clock,
-              SortKeyMaker makeSortKey);
+    EventList(EventListObserver& observer, TrackingLog& log, const Clock& clock);
 
-    // Claims every name below \ORVS\Events\<key>\ and takes its value. The record gets its row once it is complete.
+    // Claims every name below \ORVS\Events\<key>\ and takes its value.
     bool updateEventSystemVariables(const Variable& variable);
     bool updateVariable(const Variable& variable) override { return updateEventSystemVariables(variable); }
+    // Another console deleted the Event: removes its record.
+    void removeKey(std::string_view path) override;
 
     // Exact and case-sensitive; null when there is none. A key of 128 characters or more is never found.
     EventRecord* find(std::string_view key);
 
-    // Puts a copy of `record` at the tail, with its row.
-    EventRecord& append(EventRecord record);
+    // The same, also for a key that find() never finds: looks at each record then.
+    EventRecord* findAny(std::string_view key);
 
-    // Takes over what the editor saved: replaces the record of its key, or appends it. What the server told meanwhile
-    // of its firings stays. The row moves to where the name belongs.
+    // Takes over what was saved: replaces the record of its key, or appends it. The times that the server sent of its
+    // own stay. Returns the record in the list.
     EventRecord& store(const EventRecord& saved);
 
-    // Writes every field to the server, the completion marker behind the values that it vouches for.
-    void write(EventRecord& record);
-
-    // Deletes the payload file on the server when the record names one.
-    void deletePayloadFile(const EventRecord& record);
-
-    // Removes the record, its row, and its key on the server.
+    // Removes the record here.
     void remove(EventRecord& record);
+
+    // Shows the records whose time to become complete is over. Cheap while there is none; called now and then.
+    void showOverdue();
 
     void clear();
 
-    const EventRows& rows() const { return rows_; }
     std::size_t size() const { return records_.size(); }
+    // Newest first.
+    const std::list<EventRecord>& records() const { return records_; }
 
   private:
     using Records = std::list<EventRecord>;
 
     EventRecord& findOrCreate(std::string_view key);
-    void showIfComplete(EventRecord& record, bool nameCame);
+    void showIfComplete(EventRecord& record, bool renamed);
 
-    ServerLink& link_;
-    const Directory& directory_;
+    EventListObserver& observer_;
     TrackingLog& log_;
     const Clock& clock_;
     Records records_;
     std::unordered_map<std::string_view, Records::iterator> byKey_;  // the keys view the records' own
     EventRecord* lastUpdated_ = nullptr;  // an Event's variables usually come one after the other
-    EventRows rows_;
+    std::int64_t nextDeadline_;           // of an incomplete record, in seconds since 1970 UTC; or earlier
 };
 
 }  // namespace orvc

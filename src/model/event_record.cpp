@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "model/mac.h"
+#include "model/variable_path.h"
 
 namespace orvc {
 namespace {
@@ -34,6 +35,21 @@ struct Setter {
     }
 };
 
+// What a member of whatever kind is written as.
+struct Getter {
+    const EventRecord& record;
+    std::string name;
+
+    VariableValue operator()(OptionalDword EventRecord::*member) const {
+        return {name, (record.*member).value_or(kNotReceived)};
+    }
+    VariableValue operator()(std::uint32_t EventRecord::*member) const { return {name, record.*member}; }
+    VariableValue operator()(std::optional<std::string> EventRecord::*member) const {
+        return {name, (record.*member).value_or(std::string())};
+    }
+    VariableValue operator()(KSMac EventRecord::*member) const { return {name, formatMac(record.*member)}; }
+};
+
 bool lacksPayload(const EventRecord& record) {
     switch (static_cast<Response>(*record.responseType)) {
         case Response::kEmail:
@@ -56,47 +72,52 @@ bool lacksRequiredField(const EventRecord& record) {
 
 }  // namespace
 
-const std::array<EventField, 19>& eventFields() {
-    static const std::array<EventField, 19> fields{{
-        {"EventName", &EventRecord::name, true},
-        {"EventTriggerType", &EventRecord::triggerType, false},
-        {"TriggerDeviceMAC", &EventRecord::triggerDevice, false},
-        {"TriggerGroupKey", &EventRecord::triggerGroupKey, false},
-        {"TriggerTimeOfDay", &EventRecord::timeOfDay, true},
-        {"TriggerTimeoutType", &EventRecord::timeoutType, true},
-        {"TriggerTimeoutSeconds", &EventRecord::timeoutSeconds, true},
-        {"ScheduleKey", &EventRecord::scheduleKey, false},
-        {"EventResponseType", &EventRecord::responseType, true},
-        {"MessageKey", &EventRecord::messageKey, false},
-        {"FileGUID", &EventRecord::fileGuid, false},
-        {"TtsFilename", &EventRecord::ttsFilename, false},
-        {"ResponseDeviceMAC", &EventRecord::responseDevice, false},
-        {"ResponseGroupKey", &EventRecord::responseGroupKey, false},
-        {"completeBits", &EventRecord::completeBits, false},
-        {"lastChecked", &EventRecord::lastChecked, false},
-        {"lastTriggered", &EventRecord::lastTriggered, false},
-        {"Disabled", &EventRecord::disabled, false},
-        {"badData", &EventRecord::badData, false},
+const std::array<EventField, kEventFieldCount>& eventFields() {
+    static constexpr std::array<EventField, kEventFieldCount> fields{{
+        {"EventName", &EventRecord::name, 0},
+        {"EventTriggerType", &EventRecord::triggerType, 1},
+        {"TriggerDeviceMAC", &EventRecord::triggerDevice, 2},
+        {"TriggerGroupKey", &EventRecord::triggerGroupKey, 3},
+        {"TriggerTimeOfDay", &EventRecord::timeOfDay, 6},
+        {"TriggerTimeoutType", &EventRecord::timeoutType, 4},
+        {"TriggerTimeoutSeconds", &EventRecord::timeoutSeconds, 5},
+        {"ScheduleKey", &EventRecord::scheduleKey, 7},
+        {"EventResponseType", &EventRecord::responseType, 8},
+        {"MessageKey", &EventRecord::messageKey, 9},
+        {"FileGUID", &EventRecord::fileGuid, 10},
+        {"TtsFilename", &EventRecord::ttsFilename, 11},
+        {"ResponseDeviceMAC", &EventRecord::responseDevice, 12},
+        {"ResponseGroupKey", &EventRecord::responseGroupKey, 13},
+        {"completeBits", &EventRecord::completeBits, 17},
+        {"lastChecked", &EventRecord::lastChecked, 15},
+        {"lastTriggered", &EventRecord::lastTriggered, 14},
+        {"Disabled", &EventRecord::disabled, 16},
+        {"badData", &EventRecord::badData, 18, EventField::Written::kToClearTheErrorMark},
     }};
     return fields;
 }
 
-const std::array<std::size_t, 19>& eventWriteOrder() {
-    // As read, but timeout type and seconds come before the time of day, and the marker near the end.
-    static constexpr std::array<std::size_t, 19> order{0,  1,  2,  3,  5,  6,  4,  7,  8, 9,
-                                                       10, 11, 12, 13, 16, 15, 17, 14, 18};
-    return order;
+VariableValues eventValues(const EventRecord& record, bool clearErrorMark) {
+    std::array<const EventField*, kEventFieldCount> order{};
+    for (const EventField& field : eventFields())
+        order[static_cast<std::size_t>(field.writePosition)] = &field;
+    const std::string path = joinPath(kEventsPath, record.key).append("\\");
+    VariableValues values;
+    values.reserve(order.size());
+    for (const EventField* field : order)
+        if (field->written == EventField::Written::kAlways || clearErrorMark)
+            values.push_back(std::visit(Getter{record, path + std::string(field->name)}, field->member));
+    return values;
 }
 
-bool setEventField(EventRecord& record, std::string_view fieldName, std::optional<std::string_view> text,
-                   std::uint32_t number) {
+const EventField* setEventField(EventRecord& record, std::string_view fieldName, std::optional<std::string_view> text,
+                                std::uint32_t number) {
     for (const EventField& field : eventFields()) {
         if (fieldName != field.name) continue;
         std::visit(Setter{record, text, number}, field.member);
-        record.changed = record.changed || field.shownInList;
-        return true;
+        return &field;
     }
-    return false;
+    return nullptr;
 }
 
 bool isEventComplete(EventRecord& record, const Clock& clock) {

@@ -10,6 +10,7 @@
 
 #include "link/ks_types.h"
 #include "model/directory.h"
+#include "model/variable_value.h"
 #include "support/clock.h"
 
 namespace orvc {
@@ -66,36 +67,39 @@ struct EventRecord {
     OptionalDword badData;  // 1 = refers to something that does not exist
 
     std::int64_t completionDeadline = 0;  // seconds since 1970 UTC
-    bool changed = false;                 // a field that the list shows has arrived since the row was refreshed
-    bool hasRow = false;                  // stands in the list: kept by EventRows, like the key below
-    std::string sortKey;                  // orders the row among the others
 };
 
 // How a field is read and written; one table drives both.
 struct EventField {
     using Member = std::variant<OptionalDword EventRecord::*, std::uint32_t EventRecord::*,
                                 std::optional<std::string> EventRecord::*, KSMac EventRecord::*>;
+    enum class Written { kAlways, kToClearTheErrorMark };
+
     std::string_view name;  // the last component of the variable's name
     Member member;
-    bool shownInList;  // sets the changed flag
+    int writePosition;  // from 0 on: the server wants the delay before the time of day, and the marker near the end
+    Written written = Written::kAlways;
 };
 
-// In reading order.
-const std::array<EventField, 19>& eventFields();
-// Positions in eventFields() in the order in which an Event is written. The last one, badData, is written only for an
-// Event that was marked bad.
-const std::array<std::size_t, 19>& eventWriteOrder();
+inline constexpr std::size_t kEventFieldCount = 19;
 
-// Takes a variable's value into the field of that name. Returns false when there is no such field.
-bool setEventField(EventRecord& record, std::string_view fieldName, std::optional<std::string_view> text,
-                   std::uint32_t number);
+// In reading order.
+const std::array<EventField, kEventFieldCount>& eventFields();
+
+// Takes a variable's value into the field of that name. Returns the field; null when there is none.
+const EventField* setEventField(EventRecord& record, std::string_view fieldName, std::optional<std::string_view> text,
+                                std::uint32_t number);
+
+// What an Event is written as, below its key: every value in writing order. The error mark is among them, as 0, only
+// where `clearErrorMark` says so.
+VariableValues eventValues(const EventRecord& record, bool clearErrorMark);
 
 // Whether the record may be shown. A record whose marker has arrived counts as complete once the time is past its
-// deadline;
-// missing values that a row needs are set to 0 then.
+// deadline; missing values that a row needs are set to 0 then.
 bool isEventComplete(EventRecord& record, const Clock& clock);
 
-// Whether the groups that the record names are known. Devices are not checked.
+// Whether the groups that the record names are known; devices are not checked. Asked when a row is shown, never kept: a
+// group may be unknown for a moment.
 bool isEventValid(const EventRecord& record, const Directory& directory);
 
 }  // namespace orvc

@@ -32,4 +32,8 @@ KSGuid makeGUID(const std::string& text, TrackingLog& log) {
     return guid;
 }
 
+std::string newGuidText(const GuidMaker& makeNew) {
+    return formatGuid(makeNew());
+}
+
 }  // namespace orvc

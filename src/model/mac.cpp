@@ -8,6 +8,14 @@
 
 namespace orvc {
 
+namespace {
+
+bool isBlank(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+}  // namespace
+
 std::string formatMac(const KSMac& mac) {
     return formatText("%02x:%02x:%02x:%02x:%02x:%02x", mac[0], mac[1], mac[2], mac[3], mac[4], mac[5]);
 }
@@ -20,6 +28,8 @@ std::optional<KSMac> parseMac(std::string_view text) {
     KSMac mac;
     for (std::size_t i = 0; i < mac.size(); ++i) {
         if (i > 0 && (at == end || *at++ != ':')) return std::nullopt;
+        // As scanf's %02x reads: blanks before a number are skipped.
+        at = std::find_if_not(at, end, isBlank);
         const auto [rest, error] = std::from_chars(at, at + std::min(kDigits, end - at), mac[i], 16);
         if (error != std::errc()) return std::nullopt;
         at = rest;

@@ -12,8 +12,8 @@ namespace orvc {
 // "02:4b:53:00:00:1a": lower-case hexadecimal.
 std::string formatMac(const KSMac& mac);
 
-// Reads six numbers of one or two hexadecimal digits with a colon between them, upper or lower case; what follows them
-// does not matter. Empty when one is missing.
+// Reads six numbers of one or two hexadecimal digits with a colon between them, upper or lower case. Blanks before a
+// number and whatever follows the last one do not matter. Empty when a number is missing.
 std::optional<KSMac> parseMac(std::string_view text);
 
 // The last three bytes, as pick lists show them: "00001a".

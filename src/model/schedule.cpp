@@ -1,5 +1,7 @@
 #include "model/schedule.h"
 
+#include "model/variable_path.h"
+
 namespace orvc {
 namespace {
 
@@ -38,6 +40,15 @@ void copyScheduleFromString(WeekMask& mask, std::string_view text, TrackingLog& 
     }
     for (std::size_t i = 0; i < mask.bytes().size(); ++i)
         mask.bytes()[i] = static_cast<std::uint8_t>(16 * digitValue(text[2 * i]) + digitValue(text[2 * i + 1]));
+}
+
+VariableValues scheduleValues(const ScheduleRecord& record) {
+    const std::string key = record.key.value_or("");
+    const std::string path = joinPath(kSchedulesPath, key) + "\\";
+    return {{path + "Name", record.name.value_or("")},
+            {path + "Key", key},
+            {path + "Hours", formatHours(record.hours.value_or(WeekMask{}))},
+            {path + "CompleteBits", kMustBeWhole}};
 }
 
 bool isScheduleComplete(ScheduleRecord& record, const Clock& clock) {

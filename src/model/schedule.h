@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "model/variable_value.h"
 #include "support/clock.h"
 #include "support/tracking_log.h"
 
@@ -57,6 +58,7 @@ inline constexpr std::string_view kDefaultScheduleKey = "{Default}";
 inline constexpr std::string_view kDefaultScheduleName = "All Days, All Day";
 
 struct ScheduleRecord {
+    std::uint32_t id = 0;                       // given by its list, never twice; 0 outside
     std::optional<std::uint32_t> completeBits;  // absent until received
     std::int64_t completionDeadline = 0;        // seconds since 1970 UTC; 0 once the record was complete
     std::optional<std::string> name;
@@ -65,6 +67,9 @@ struct ScheduleRecord {
     std::optional<bool> complete;  // result of the last test; absent before the first
     bool updated = false;          // a value arrived since the schedule list last looked
 };
+
+// What a Schedule is written as, below its key: every value in writing order.
+VariableValues scheduleValues(const ScheduleRecord& record);
 
 // Whether the record may be shown. The first time that it is, its grace ends for good.
 bool isScheduleComplete(ScheduleRecord& record, const Clock& clock);

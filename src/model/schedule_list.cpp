@@ -10,12 +10,10 @@ namespace orvc {
 namespace {
 
 constexpr std::int64_t kCompletionGrace = 5;  // seconds
-constexpr std::uint32_t kComplete = 1;
 
 }  // namespace
 
-ScheduleList::ScheduleList(ServerLink& link, TrackingLog& log, const Clock& clock)
-    : link_(link), log_(log), clock_(clock) {}
+ScheduleList::ScheduleList(TrackingLog& log, const Clock& clock) : log_(log), clock_(clock) {}
 
 bool ScheduleList::updateScheduleVariables(const Variable& variable) {
     const auto path = splitRecordPath(variable.name, kSchedulesPath);
@@ -41,12 +39,18 @@ ScheduleRecord& ScheduleList::findOrCreate(std::string_view key) {
     const std::string path(key);
     if (key.size() < kUnfindableKeyLength)
         if (const auto found = byPath_.find(path); found != byPath_.end()) return *found->second;
-    // Listed when nothing can fail any more.
     std::list<ScheduleRecord> made(1);
     ScheduleRecord& record = made.front();
     record.key = path;
     record.completionDeadline = clock_.now() + kCompletionGrace;
-    byPath_.try_emplace(path, &record);
+    return append(made, path);
+}
+
+// Added to the list last, when nothing can fail.
+ScheduleRecord& ScheduleList::append(std::list<ScheduleRecord>& made, const std::string& path) {
+    ScheduleRecord& record = made.front();
+    byPath_.insert_or_assign(path, &record);
+    record.id = ++lastId_;
     records_.splice(records_.end(), made);
     return record;
 }
@@ -83,29 +87,42 @@ ScheduleRecord* ScheduleList::find(std::string_view key) {
     return found != records_.end() ? &*found : nullptr;
 }
 
-ScheduleRecord& ScheduleList::add(const ScheduleRecord& record) {
-    ScheduleRecord* listed = find(record.key.value_or(""));
+void ScheduleList::removeKey(std::string_view path) {
+    const auto parts = splitRecordPath(path, kSchedulesPath);
+    // The built-in Schedule is always there.
+    if (!parts || !parts->rest.empty() || parts->key == kDefaultScheduleKey) return;
+    if (const auto found = byPath_.find(std::string(parts->key)); found != byPath_.end()) remove(*found->second);
+}
+
+ScheduleRecord* ScheduleList::findById(std::uint32_t id) {
+    const auto found = std::ranges::find(records_, id, &ScheduleRecord::id);
+    return found != records_.end() ? &*found : nullptr;
+}
+
+ScheduleRecord& ScheduleList::store(const ScheduleRecord& saved) {
+    const std::string key = saved.key.value_or("");
+    ScheduleRecord* listed = saved.id != 0 ? findById(saved.id) : nullptr;
+    if (listed == nullptr) listed = find(key);
     if (listed == nullptr) {
-        std::list<ScheduleRecord> made{record};
-        listed = &made.front();
-        byPath_.try_emplace(record.key.value_or(""), listed);
-        records_.splice(records_.end(), made);
+        std::list<ScheduleRecord> made{saved};
+        listed = &append(made, key);
+    } else {
+        byPath_.insert_or_assign(key, listed);
+        listed->name = saved.name;
+        listed->hours = saved.hours;
     }
-    write(record);
+    changed_ = true;
     return *listed;
 }
 
-void ScheduleList::write(const ScheduleRecord& record) {
-    const std::string key = record.key.value_or("");
-    const std::string path = joinPath(kSchedulesPath, key) + "\\";
-    link_.setText(path + "Name", record.name.value_or(""));
-    link_.setText(path + "Key", key);
-    link_.setText(path + "Hours", formatHours(record.hours.value_or(WeekMask{})));
-    link_.setDword(path + "CompleteBits", kComplete);
+void ScheduleList::remove(ScheduleRecord& record) {
+    std::erase_if(byPath_, [&](const auto& entry) { return entry.second == &record; });
+    records_.remove_if([&](const ScheduleRecord& listed) { return &listed == &record; });
+    changed_ = true;
 }
 
 bool ScheduleList::takeUpdates() {
-    bool any = std::exchange(cleared_, false);
+    bool any = std::exchange(changed_, false);
     for (ScheduleRecord& record : records_)
         any = std::exchange(record.updated, false) || any;
     return any;
@@ -118,15 +135,14 @@ void ScheduleList::makeDefault() {
     record.name = kDefaultScheduleName;
     record.key = kDefaultScheduleKey;
     record.hours = WeekMask::everySlot();
-    record.completeBits = kComplete;
-    byPath_.try_emplace(std::string(kDefaultScheduleKey), &record);
-    records_.splice(records_.end(), made);
+    record.completeBits = 1;
+    append(made, std::string(kDefaultScheduleKey));
 }
 
 void ScheduleList::clear() {
     byPath_.clear();
     records_.clear();
-    cleared_ = true;
+    changed_ = true;
     try {
         makeDefault();
     } catch (const std::exception&) {

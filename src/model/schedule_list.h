@@ -5,7 +5,6 @@
 #include <string_view>
 #include <unordered_map>
 
-#include "link/server_link.h"
 #include "link/variable_store.h"
 #include "model/schedule.h"
 #include "support/clock.h"
@@ -13,23 +12,30 @@
 
 namespace orvc {
 
-// Purpose: builds Schedule records from variables as they arrive, and writes them.
+// Purpose: builds Schedule records from variables as they arrive. It writes nothing.
 // Thread: user-interface thread. Cost: constant per variable.
 // Lifetime: a record lives until clear(), which makes the built-in one again.
 class ScheduleList final : public VariableOwner {
   public:
-    ScheduleList(ServerLink& link, TrackingLog& log, const Clock& clock);
+    ScheduleList(TrackingLog& log, const Clock& clock);
 
     // Claims every name below \ORVS\Schedules\<key>\.
     bool updateScheduleVariables(const Variable& variable);
     bool updateVariable(const Variable& variable) override { return updateScheduleVariables(variable); }
 
-    // The first record with that key; null when there is none.
-    ScheduleRecord* find(std::string_view key);
+    // Another console deleted the Schedule: removes its record.
+    void removeKey(std::string_view path) override;
 
-    // Appends `record` unless there is one with its key, and writes it either way. Returns the record in the list.
-    ScheduleRecord& add(const ScheduleRecord& record);
-    void write(const ScheduleRecord& record);
+    // The first record with that key, and the one with that number; null when there is none.
+    ScheduleRecord* find(std::string_view key);
+    ScheduleRecord* findById(std::uint32_t id);
+
+    // Takes over what was saved: replaces the name and the hours of the record with its number or key, or appends it.
+    // Values that arrive under its key reach this record from then on. Returns the record in the list.
+    ScheduleRecord& store(const ScheduleRecord& saved);
+
+    // Removes the record here.
+    void remove(ScheduleRecord& record);
 
     // Whether a record came, changed or went since the last call. Clears every record's `updated` flag: the schedule
     // list, which asks, is what consumes it.
@@ -45,16 +51,18 @@ class ScheduleList final : public VariableOwner {
 
   private:
     ScheduleRecord& findOrCreate(std::string_view key);
+    ScheduleRecord& append(std::list<ScheduleRecord>& made, const std::string& path);
     void setField(ScheduleRecord& record, std::string_view field, const Variable& variable);
     void testCompleteness(ScheduleRecord& record);
 
-    ServerLink& link_;
     TrackingLog& log_;
     const Clock& clock_;
     std::list<ScheduleRecord> records_;
-    // By the path component under which a record was made, whatever a Key value named it since.
+    // By the path component under which a record was made, whatever a Key value named it since, and by the key under
+    // which it was saved here.
     std::unordered_map<std::string, ScheduleRecord*> byPath_;
-    bool cleared_ = false;  // since the last takeUpdates()
+    std::uint32_t lastId_ = 0;
+    bool changed_ = false;  // a record was saved here or has gone since the last takeUpdates()
 };
 
 }  // namespace orvc

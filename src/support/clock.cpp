@@ -11,7 +11,8 @@ namespace orvc {
 
 std::int64_t SystemClock::now() const {
     // Not time(): with the C library of Windows it works the calendar out, which costs forty times as much.
-    return std::chrono::duration_cast<std::chrono::seconds>(std::chrono::system_clock::now().time_since_epoch()).count();
+    return std::chrono::duration_cast<std::chrono::seconds>(std::chrono::system_clock::now().time_since_epoch())
+        .count();
 }
 
 std::uint32_t SystemClock::tickCount() const {
@@ -20,11 +21,13 @@ std::uint32_t SystemClock::tickCount() const {
 }
 
 LocalTime SystemClock::toLocal(std::int64_t seconds) const {
-    const auto time = static_cast<std::time_t>(seconds);
     std::tm parts{};
 #ifdef _WIN32
-    if (localtime_s(&parts, &time) != 0) return {};
+    // time_t has 32 bits in a 32-bit program, which end in January 2038.
+    const __time64_t time = seconds;
+    if (_localtime64_s(&parts, &time) != 0) return {};
 #else
+    const std::time_t time = seconds;
     if (localtime_r(&time, &parts) == nullptr) return {};
 #endif
     return {parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday, parts.tm_hour,

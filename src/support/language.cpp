@@ -6,8 +6,11 @@ namespace orvc {
 
 LanguageCandidates languageCandidates(std::uint16_t userLanguage, std::uint16_t systemLanguage) {
     constexpr std::uint16_t kLowByte = 255;
-    return {userLanguage, static_cast<std::uint16_t>(userLanguage & kLowByte), systemLanguage,
-            static_cast<std::uint16_t>(systemLanguage & kLowByte)};
+    constexpr std::uint16_t kPrimaryLanguage = 0x3FF;
+    constexpr std::uint16_t kEnglish = 0x09;
+    const auto lowByte = [](std::uint16_t language) { return static_cast<std::uint16_t>(language & kLowByte); };
+    if ((userLanguage & kPrimaryLanguage) == kEnglish) return {userLanguage, lowByte(userLanguage)};
+    return {userLanguage, lowByte(userLanguage), systemLanguage, lowByte(systemLanguage)};
 }
 
 std::string languageLibraryName(std::uint16_t language) {

@@ -1,21 +1,22 @@
 // Which language library and which help file the console uses.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "support/folders.h"
 
 namespace orvc {
 
 // Windows language identifiers, in the order in which they are tried.
-using LanguageCandidates = std::array<std::uint16_t, 4>;
+using LanguageCandidates = std::vector<std::uint16_t>;
 
 // The user's default, its low byte, the system's default, its low byte. The mask is the whole low byte, not the ten
-// bits of a primary language: libraries are named after it.
+// bits of a primary language: libraries are named after it. For a user whose language is English the system's language
+// is left out: English is the program's own.
 LanguageCandidates languageCandidates(std::uint16_t userLanguage, std::uint16_t systemLanguage);
 
 // File name of a language library: "ORVSConfig0407.dll".

@@ -147,10 +147,13 @@ const std::string& TrackingLog::timeStampLocked() {
 }
 
 void TrackingLog::OpenCloseDebugFile(bool close, bool force) {
-    if ((!isRecording() && !force) || close) {
+    const bool wanted = isRecording() || force;
+    if (close || (!wanted && !startingUp_)) {
         closeDebug();
         return;
     }
+    // Start-up is recorded whatever the setting is: a file that is open stays so.
+    if (!wanted) return;
     try {
         openFile();
     } catch (const std::exception&) {
@@ -161,7 +164,7 @@ void TrackingLog::OpenCloseDebugFile(bool close, bool force) {
 
 void TrackingLog::openFile() {
     std::string path = supportFolder_ + kFileName;
-    if (file_) closeDebug();
+    if (file_) closeKeepingLines();
     file_ = system_.openForAppending(path);
     if (!file_) {
         path = kFallbackPath;
@@ -170,6 +173,7 @@ void TrackingLog::openFile() {
     if (!file_ || !startWriter()) {
         system_.writeToDebugger(
             formatText("OpenCloseDebugFile: Failed to open file '%s' as debug file", path.c_str()).c_str());
+        sendLinesToDebugger();
         return;
     }
     queueRaw(userName_.empty() ? "** Starting write before console logon **\n"
@@ -197,7 +201,7 @@ bool TrackingLog::startWriter() {
     }
 }
 
-void TrackingLog::closeDebug() {
+void TrackingLog::stopWriter() {
     if (writing_) {
         system_.writeToDebugger("closeDebug(): Signalled debug thread to quit\n");
         {
@@ -207,16 +211,43 @@ void TrackingLog::closeDebug() {
         wake_.notify_all();
     }
     if (writer_.joinable()) writer_.join();
+}
+
+void TrackingLog::closeDebug() {
+    stopWriter();
     const std::lock_guard lock(mutex_);
     fileOpen_ = false;
     queue_.clear();
     file_.reset();
 }
 
-void TrackingLog::clear() {
+// Another file follows at once: lines that come meanwhile wait for it.
+void TrackingLog::closeKeepingLines() {
+    stopWriter();
+    const std::lock_guard lock(mutex_);
+    writeFailed_ = false;
+    file_.reset();
+}
+
+// No file follows after all.
+void TrackingLog::sendLinesToDebugger() {
+    std::vector<std::string> lines;
+    {
+        const std::lock_guard lock(mutex_);
+        fileOpen_ = false;
+        lines.swap(queue_);
+    }
+    for (const std::string& chunk : lines)
+        system_.writeToDebugger(chunk.c_str());
+}
+
+bool TrackingLog::clear() {
     closeDebug();
-    system_.removeFile(supportFolder_ + kFileName);
+    const std::string path = supportFolder_ + kFileName;
+    // A file that another console has open cannot be deleted, but it can be emptied.
+    const bool cleared = system_.removeFile(path) || system_.emptyFile(path);
     OpenCloseDebugFile(false, false);
+    return cleared;
 }
 
 void TrackingLog::endStartUp() {

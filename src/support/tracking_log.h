@@ -33,8 +33,10 @@ class LogSystem {
     virtual ~LogSystem() = default;
     // Opens `path` for appending so that a flush reaches the disk; null when that fails. User-interface thread.
     virtual std::unique_ptr<LogFile> openForAppending(const std::string& path) = 0;
-    // Deletes a file; false when it could not be deleted. User-interface thread.
+    // Deletes a file; false when it is still there afterwards. User-interface thread.
     virtual bool removeFile(const std::string& path) = 0;
+    // Cuts a file to no bytes; false when the system refuses. User-interface thread.
+    virtual bool emptyFile(const std::string& path) = 0;
     // Shows a zero-terminated text in an attached debugger. Any thread.
     virtual void writeToDebugger(const char* text) = 0;
 };
@@ -50,7 +52,7 @@ class LogSystem {
 // debugger output only: log(), logUncounted() and OpenCloseDebugFile() throw nothing.
 //
 // While start-up lasts (from construction until endStartUp()) lines with a counter are taken whatever the recording
-// setting is, so that a console that does not come up can be traced.
+// setting is, and the file stays open once it is, so that a console that does not come up can be traced.
 class TrackingLog {
   public:
     TrackingLog(LogSystem& system, const Clock& clock);
@@ -82,9 +84,10 @@ class TrackingLog {
     // Ends the writer once it has written every queued line, and closes the file.
     void closeDebug();
 
-    // Deletes the support folder's tracking file and starts a fresh one when recording is on. A file at the root of
-    // drive C (the fall-back) stays.
-    void clear();
+    // Deletes the support folder's tracking file, or empties it while another program has it open, and starts a fresh
+    // one when recording is on. A file at the root of drive C (the fall-back) stays. Returns false when the file is
+    // there and could not be cleared.
+    bool clear();
 
     // Ends start-up: closes the file and opens it again if recording is on.
     void endStartUp();
@@ -110,6 +113,9 @@ class TrackingLog {
     const std::string& timeStampLocked();
     void openFile();
     bool startWriter();
+    void stopWriter();
+    void closeKeepingLines();
+    void sendLinesToDebugger();
     void runWriter();
     bool writeQueued(std::unique_lock<std::mutex>& lock);
 

@@ -35,6 +35,13 @@ int selectedEntry(HWND dropDown) {
     return static_cast<int>(SendMessageA(dropDown, CB_GETCURSEL, 0, 0));
 }
 
+void selectEntry(HWND dropDown, std::int64_t entry) {
+    // Asked for by number: what CB_SETCURSEL does with one that the list does not have differs between systems.
+    const bool isThere = entry >= 0 && entry < SendMessageA(dropDown, CB_GETCOUNT, 0, 0);
+    const int wanted = isThere ? static_cast<int>(entry) : -1;
+    if (selectedEntry(dropDown) != wanted) SendMessageA(dropDown, CB_SETCURSEL, static_cast<WPARAM>(wanted), 0);
+}
+
 void liftTextLimit(HWND edit) {
     SendMessageA(edit, EM_SETLIMITTEXT, 0, 0);
 }

@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -41,6 +42,9 @@ void fillDropDown(HWND dropDown, const Entries& entries, int selected, TextOf te
 
 // The selected entry; -1 when there is none.
 int selectedEntry(HWND dropDown);
+
+// Selects an entry, unless it is selected already; one that the list does not have clears the selection.
+void selectEntry(HWND dropDown, std::int64_t entry);
 
 // Lets an edit take as much text as memory holds; by itself it stops at 32,767 characters.
 void liftTextLimit(HWND edit);

@@ -42,6 +42,11 @@ int runMessageBox(HWND owner, const std::string& text, const std::string& captio
     return answer;
 }
 
+FailureHandler& failureHandler() {
+    static FailureHandler handler;
+    return handler;
+}
+
 bool isOwnedBy(HWND window, HWND owner) {
     while (window != nullptr && window != owner)
         window = GetWindow(window, GW_OWNER);
@@ -59,12 +64,14 @@ int Dialog::runModal(HWND owner) {
     runningDialogs().reserve(runningDialogs().size() + 1);
     // Before the dialog is made: while a box of its onInit() is open no command shall reach the owner.
     const bool ownerWasEnabled = owner != nullptr && EnableWindow(owner, FALSE) == 0;
+    // Also before: whoever ends the dialogs above it while a box of its onInit() is open must end this one too.
+    runningDialogs().push_back(this);
     if (!create(owner)) {
+        runningDialogs().pop_back();
         if (ownerWasEnabled) EnableWindow(owner, TRUE);
         throw std::bad_alloc();
     }
-    runningDialogs().push_back(this);
-    ShowWindow(window_, SW_SHOW);
+    if (!result_) ShowWindow(window_, SW_SHOW);
     runMessageLoop([this] { return result_.has_value() || window_ == nullptr; },
                    [this](MSG& message) { return onPreview(message) || IsDialogMessageA(window_, &message); });
     // The owner comes back before the dialog goes, or another program's window would be activated.
@@ -109,7 +116,25 @@ void Dialog::cancelDialogsAbove() {
 }
 
 HWND Dialog::topmostModal() {
-    return runningDialogs().empty() ? nullptr : runningDialogs().back()->window();
+    // The last one may still be without its window.
+    const auto& dialogs = runningDialogs();
+    const auto found = std::find_if(dialogs.rbegin(), dialogs.rend(),
+                                    [](const Dialog* dialog) { return dialog->window() != nullptr; });
+    return found != dialogs.rend() ? (*found)->window() : nullptr;
+}
+
+bool Dialog::closeMenuAndDropDown() {
+    GUITHREADINFO state{};
+    state.cbSize = sizeof state;
+    if (!GetGUIThreadInfo(GetCurrentThreadId(), &state)) return false;
+    if ((state.flags & (GUI_INMENUMODE | GUI_POPUPMENUMODE)) != 0) {
+        EndMenu();
+        return true;
+    }
+    char className[16] = "";
+    if (state.hwndFocus != nullptr) GetClassNameA(state.hwndFocus, className, sizeof className);
+    if (lstrcmpiA(className, "ComboBox") == 0) SendMessageA(state.hwndFocus, CB_SHOWDROPDOWN, FALSE, 0);
+    return false;
 }
 
 HWND Dialog::topmostWaiting() {
@@ -151,10 +176,10 @@ INT_PTR CALLBACK Dialog::dialogProcedure(HWND window, UINT message, WPARAM wPara
         return dialog->handle(message, wParam, lParam);
     } catch (const std::exception& error) {
         std::array<char, 256> text;
-        std::snprintf(text.data(), text.size(), "Message 0x%x failed: %s\n", message, error.what());
-        OutputDebugStringA(text.data());
+        std::snprintf(text.data(), text.size(), "dialogProcedure: Message 0x%x failed: %s", message, error.what());
+        reportFailure(text.data());
         if (message == WM_INITDIALOG) dialog->initFailed_ = true;
-        if (message == WM_COMMAND) tellNoMemory(window);
+        if (message == WM_COMMAND) tellFailure(window, error);
         return FALSE;
     }
 }
@@ -258,9 +283,17 @@ void Dialog::centerOn(HWND owner) {
         GetWindowRect(owner, &around);
     else
         SystemParametersInfoA(SPI_GETWORKAREA, 0, &around, 0);
-    const LONG x = (around.left + around.right - (own.right - own.left)) / 2;
-    const LONG y = (around.top + around.bottom - (own.bottom - own.top)) / 2;
-    SetWindowPos(window_, nullptr, x > 0 ? x : 0, y > 0 ? y : 0, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    // Whole on the monitor that the middle lies on, which may be left of or above the first one.
+    const POINT middle{(around.left + around.right) / 2, (around.top + around.bottom) / 2};
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof monitor;
+    if (!GetMonitorInfoA(MonitorFromPoint(middle, MONITOR_DEFAULTTONEAREST), &monitor)) monitor.rcWork = around;
+    const RECT& work = monitor.rcWork;
+    const LONG width = own.right - own.left;
+    const LONG height = own.bottom - own.top;
+    const LONG x = std::max(work.left, std::min(middle.x - width / 2, work.right - width));
+    const LONG y = std::max(work.top, std::min(middle.y - height / 2, work.bottom - height));
+    SetWindowPos(window_, nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 int Dialog::dpi() const {
@@ -276,6 +309,15 @@ int Dialog::dpi() const {
     return dpi;
 }
 
+void setFailureHandler(FailureHandler handler) {
+    failureHandler() = std::move(handler);
+}
+
+void reportFailure(const char* what) {
+    OutputDebugStringA(what);
+    if (failureHandler()) failureHandler()(what);
+}
+
 void setHelpHandler(HelpHandler handler) {
     helpHandler() = std::move(handler);
 }
@@ -284,10 +326,12 @@ void showMessage(HWND owner, const std::string& text, const std::string& caption
     runMessageBox(owner, text, caption, MB_OK);
 }
 
-void tellNoMemory(HWND owner) {
+void tellFailure(HWND owner, const std::exception& error) {
+    const bool isMemory = dynamic_cast<const std::bad_alloc*>(&error) != nullptr;
     std::array<char, 512> text{};
-    FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, ERROR_NOT_ENOUGH_MEMORY, 0,
-                   text.data(), static_cast<DWORD>(text.size()), nullptr);
+    FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                   isMemory ? ERROR_NOT_ENOUGH_MEMORY : ERROR_INTERNAL_ERROR, 0, text.data(),
+                   static_cast<DWORD>(text.size()), nullptr);
     MessageBoxA(owner, text.data(), nullptr, MB_OK | MB_ICONERROR);  // no caption = Windows' "Error"
 }
 

@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <exception>
 #include <functional>
 #include <optional>
 #include <string>
@@ -14,8 +15,8 @@ namespace orvc::win32 {
 // Purpose: keeps the object with its window and turns messages into calls of named handlers.
 // Thread: user-interface thread. Lifetime: the object lives on its caller's stack (or in its owner) longer than its
 // window; the destructor destroys a window that is still there.
-// Guarantees: no exception leaves the window procedure; one that a handler throws is shown to the debugger, and what
-// the operator asked for in vain is told. A dialog whose onInit() throws does not come up.
+// Guarantees: no exception leaves the window procedure; one that a handler throws is logged, and the operator is told
+// when it was a command that failed. A dialog whose onInit() throws does not come up.
 class Dialog {
   public:
     virtual ~Dialog();
@@ -36,6 +37,9 @@ class Dialog {
     // The message box or other dialog of Windows' own above it, else topmostModal(). Windows that may go at any time,
     // such as one that says "Please Wait", are passed over: what they own would go with them.
     static HWND topmostWaiting();
+    // Closes a menu or a dropped-down list that is open, so that it does not stay in front of a dialog. True for a
+    // menu: it goes when its message loop has returned, so the dialog must come a moment later.
+    static bool closeMenuAndDropDown();
 
   protected:
     // `resources` outlives the dialog.
@@ -59,6 +63,8 @@ class Dialog {
     // Sees a message of this dialog's loop before the dialog keys do.
     virtual bool onPreview(MSG&) { return false; }
 
+    // The modal run is about to end.
+    bool isEnding() const { return result_.has_value(); }
     // Ends the modal run with this result, and those of the dialogs and message boxes above it as cancelled.
     void endDialog(int result);
 
@@ -98,10 +104,17 @@ using HelpHandler = std::function<void(unsigned topic)>;
 inline constexpr unsigned kMessageBoxTopic = 0;
 void setHelpHandler(HelpHandler handler);
 
+// Logs what an exception told that reached a window procedure or the message loop. Any failure goes to the debugger
+// too.
+using FailureHandler = std::function<void(const char* what)>;
+void setFailureHandler(FailureHandler handler);
+void reportFailure(const char* what);
+
 // A modal box with an OK button.
 void showMessage(HWND owner, const std::string& text, const std::string& caption);
-// A modal box that says, in Windows' own words, that memory has run out. Needs none itself.
-void tellNoMemory(HWND owner);
+// A modal box that says, in Windows' own words, that memory has run out, or for another exception that something
+// unexpected went wrong. Needs no memory itself.
+void tellFailure(HWND owner, const std::exception& error);
 // A modal Yes/No box; true for Yes.
 bool askYesNo(HWND owner, const std::string& text, const std::string& caption);
 

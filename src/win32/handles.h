@@ -54,6 +54,13 @@ struct KernelObjectPolicy {
 };
 using UniqueKernelObject = UniqueHandle<KernelObjectPolicy>;
 
+struct FilePolicy {
+    using Handle = HANDLE;
+    static Handle none() { return INVALID_HANDLE_VALUE; }
+    static void free(Handle handle) { CloseHandle(handle); }
+};
+using UniqueFile = UniqueHandle<FilePolicy>;
+
 struct RegistryKeyPolicy {
     using Handle = HKEY;
     static Handle none() { return nullptr; }
@@ -81,6 +88,13 @@ struct MenuPolicy {
     static void free(Handle handle) { DestroyMenu(handle); }
 };
 using UniqueMenu = UniqueHandle<MenuPolicy>;
+
+struct AcceleratorsPolicy {
+    using Handle = HACCEL;
+    static Handle none() { return nullptr; }
+    static void free(Handle handle) { DestroyAcceleratorTable(handle); }
+};
+using UniqueAccelerators = UniqueHandle<AcceleratorsPolicy>;
 
 struct IconPolicy {
     using Handle = HICON;

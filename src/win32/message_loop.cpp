@@ -3,6 +3,8 @@
 #include <exception>
 #include <utility>
 
+#include "win32/dialog.h"
+
 namespace orvc::win32 {
 namespace {
 
@@ -11,12 +13,12 @@ IdleWork& idleWork() {
     return work;
 }
 
-// What fails here is gone on with by a timer.
+// If this fails, a timer continues the work.
 bool doIdleWork() {
     try {
         return idleWork() && idleWork()();
     } catch (const std::exception& error) {
-        OutputDebugStringA(error.what());
+        reportFailure(error.what());
         return false;
     }
 }

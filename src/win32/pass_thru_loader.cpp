@@ -2,8 +2,6 @@
 
 #include <windows.h>
 
-#include <memory>
-
 #include "win32/handles.h"
 #include "win32/system_files.h"
 
@@ -11,23 +9,23 @@ namespace orvc::win32 {
 namespace {
 
 constexpr const char* kLibraryName = "KSPassThru.dll";
-// Where a development installation of the maker's has it, seen from the console's folder.
+// Where a development installation of the maker's has it, seen from the current folder. Only its version is read.
 constexpr const char* kDevelopmentLibrary = "..\\..\\KSPassThruConsoleDll\\Debug\\KSPassThru.dll";
 
 }  // namespace
 
 bool loadPassThruLibrary(KSServerLink& link, TrackingLog& log) {
-    auto module = std::make_shared<UniqueModule>(LoadLibraryA(kLibraryName));
-    if (!*module) {
+    const HMODULE handle = LoadLibraryA(kLibraryName);
+    if (handle == nullptr) {
         log.log("Failed to open KSPassThru.dll");
         return false;
     }
     KSLibrary library;
-    const HMODULE handle = module->get();
     const bool complete = bindEntryPoints(
         library, [handle](const char* name) { return reinterpret_cast<void*>(GetProcAddress(handle, name)); });
     if (!complete) log.log("Could NOT get all proc addresses");
-    link.adoptLibrary(library, [module] { module->reset(); });
+    // Freed when the link says so, and else never: a library that could not be opened stays as it is.
+    link.adoptLibrary(library, [handle] { UniqueModule(handle).reset(); });
     return true;
 }
 

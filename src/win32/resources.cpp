@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "resources/resource.h"
 #include "support/text.h"
 #include "win32/system_files.h"
 
@@ -38,18 +39,18 @@ bool Resources::loadLanguage(const std::string& fileName) {
     UniqueModule library(
         LoadLibraryExA(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE));
     if (!library) return refuseLanguage(path, formatText("it cannot be loaded (error %lu)", GetLastError()));
-    const std::string version = fileVersionNumbers(path);
-    const std::string wanted = fileVersionNumbers(programPath());
-    if (version != wanted)
-        return refuseLanguage(path,
-                              version.empty() ? "it has no version" : "its version is " + version + ", not " + wanted);
+    const std::string revision = loadText(library.get(), IDS_RESOURCE_REVISION);
+    const std::string wanted = loadText(program(), IDS_RESOURCE_REVISION);
+    if (revision != wanted)
+        return refuseLanguage(path, revision.empty() ? "it has no resource revision"
+                                                     : "its resource revision is " + revision + ", not " + wanted);
     language_ = std::move(library);
     return true;
 }
 
 // The same library may be a candidate twice, for the user and for the system; it is told once.
 bool Resources::refuseLanguage(const std::string& path, const std::string& reason) {
-    std::string line = "Language library '" + path + "' is not used: " + reason;
+    std::string line = "loadLanguage: Language library '" + path + "' is not used: " + reason;
     if (std::ranges::find(refusedLanguages_, line) == refusedLanguages_.end())
         refusedLanguages_.push_back(std::move(line));
     return false;
@@ -69,11 +70,6 @@ UniqueMenu Resources::loadMenu(unsigned id) const {
     UniqueMenu menu(language_ ? LoadMenuA(language_.get(), MAKEINTRESOURCEA(id)) : nullptr);
     if (!menu) menu.reset(LoadMenuA(program(), MAKEINTRESOURCEA(id)));
     return menu;
-}
-
-HACCEL Resources::loadAccelerators(unsigned id) const {
-    const HACCEL table = language_ ? LoadAcceleratorsA(language_.get(), MAKEINTRESOURCEA(id)) : nullptr;
-    return table != nullptr ? table : LoadAcceleratorsA(program(), MAKEINTRESOURCEA(id));
 }
 
 UniqueIcon Resources::loadIcon(unsigned id, int width) {

@@ -15,8 +15,8 @@ namespace orvc::win32 {
 class Resources final : public StringTable {
   public:
     // Loads a language library from the program's folder as resources only: none of its code runs. Returns false when
-    // there is no such library, or one that cannot be used: damaged, or of another version than the program, whose
-    // dialogs it then need not fit.
+    // there is no such library, or one that cannot be used: damaged, or of another resource revision than the program,
+    // whose code its dialogs then do not fit.
     bool loadLanguage(const std::string& fileName);
     // The libraries that were there but could not be used, a line for the tracking log each: which file, and why.
     const std::vector<std::string>& refusedLanguages() const { return refusedLanguages_; }
@@ -25,7 +25,6 @@ class Resources final : public StringTable {
     // Null when neither has it. The template lives as long as the program.
     const DLGTEMPLATE* findDialog(unsigned id) const;
     UniqueMenu loadMenu(unsigned id) const;
-    HACCEL loadAccelerators(unsigned id) const;
     // The program's icon in the size that `width` asks for.
     static UniqueIcon loadIcon(unsigned id, int width);
 

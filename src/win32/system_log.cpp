@@ -4,6 +4,8 @@
 
 #include <cstdio>
 
+#include "win32/handles.h"
+
 namespace orvc::win32 {
 namespace {
 
@@ -32,7 +34,15 @@ std::unique_ptr<LogFile> SystemLog::openForAppending(const std::string& path) {
 }
 
 bool SystemLog::removeFile(const std::string& path) {
-    return DeleteFileA(path.c_str()) != 0;
+    return DeleteFileA(path.c_str()) != 0 || GetLastError() == ERROR_FILE_NOT_FOUND;
+}
+
+bool SystemLog::emptyFile(const std::string& path) {
+    // Not fopen's "w", which would make a file that is not there.
+    const UniqueFile file(CreateFileA(path.c_str(), GENERIC_WRITE,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                      TRUNCATE_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    return static_cast<bool>(file);
 }
 
 void SystemLog::writeToDebugger(const char* text) {

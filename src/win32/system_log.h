@@ -9,6 +9,7 @@ class SystemLog final : public LogSystem {
   public:
     std::unique_ptr<LogFile> openForAppending(const std::string& path) override;
     bool removeFile(const std::string& path) override;
+    bool emptyFile(const std::string& path) override;
     void writeToDebugger(const char* text) override;
 };
 

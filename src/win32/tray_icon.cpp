@@ -4,7 +4,7 @@
 
 namespace orvc::win32 {
 
-void TrayIcon::add(HWND window, UINT message, HICON icon, const std::string& tip) {
+bool TrayIcon::add(HWND window, UINT message, HICON icon, const std::string& tip) {
     remove();
     NOTIFYICONDATAA data{};
     data.cbSize = sizeof data;
@@ -14,9 +14,10 @@ void TrayIcon::add(HWND window, UINT message, HICON icon, const std::string& tip
     data.uCallbackMessage = message;
     data.hIcon = icon;
     lstrcpynA(data.szTip, tip.c_str(), sizeof data.szTip);
-    Shell_NotifyIconA(NIM_ADD, &data);
+    if (Shell_NotifyIconA(NIM_ADD, &data) == FALSE) return false;
     window_ = window;
     id_ = message;
+    return true;
 }
 
 void TrayIcon::remove() {

@@ -1,9 +1,9 @@
-// The hand-over's way to the main window.
+// The event queue's way to the main window.
 #pragma once
 
 #include <windows.h>
 
-#include "link/hand_over.h"
+#include "link/event_queue.h"
 
 namespace orvc::win32 {
 

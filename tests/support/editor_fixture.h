@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "editors/event_form.h"
+#include "editors/event/event_form.h"
 #include "fake_log_system.h"
 #include "fake_server_link.h"
 #include "fake_string_table.h"
@@ -86,7 +86,7 @@ class EditorTest : public testing::Test {
     FakeServerLink link_{journal_};
     FakeStringTable strings_;
     Directory directory_{log_.log};
-    ScheduleList schedules_{link_, log_.log, log_.clock};
+    ScheduleList schedules_{log_.log, log_.clock};
 };
 
 }  // namespace orvc

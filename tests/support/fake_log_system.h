@@ -18,7 +18,12 @@ class FakeLogSystem final : public LogSystem {
         const std::lock_guard lock(mutex_);
         return unopenable.contains(path) ? nullptr : std::make_unique<File>(*this, files_[path]);
     }
-    bool removeFile(const std::string& path) override { return files_.erase(path) != 0; }
+    bool removeFile(const std::string& path) override { return !inUse && files_.erase(path) != 0; }
+    bool emptyFile(const std::string& path) override {
+        if (!files_.contains(path)) return false;
+        files_[path].clear();
+        return true;
+    }
     void writeToDebugger(const char* text) override {
         const std::lock_guard lock(mutex_);
         debugger_.emplace_back(text);
@@ -41,6 +46,7 @@ class FakeLogSystem final : public LogSystem {
     }
 
     std::set<std::string> unopenable;
+    bool inUse = false;  // another program has the files open: none can be deleted
     std::atomic<bool> writesFail = false;
     std::atomic<bool> flushesFail = false;
     Journal* journal = nullptr;

@@ -1,8 +1,8 @@
 // The logon dialog's window: writes what it shows into the journal.
 #pragma once
 
-#include "app/logon_sequence.h"
 #include "journal.h"
+#include "session/logon_sequence.h"
 
 namespace orvc {
 

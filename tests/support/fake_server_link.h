@@ -31,6 +31,7 @@ class FakeServerLink : public ServerLink {
     std::int32_t getGroupMembers(std::uint32_t id) override { return called("KSGetGroupMembers ", id); }
     std::int32_t getMessages() override { return called("KSGetMessages"); }
     std::int32_t resendSettings() override { return called("KSResendSettings"); }
+    std::int32_t createRoot(const std::string& path) override { return called("create " + path); }
     std::int32_t createKey(const std::string& path, bool create) override {
         return called((create ? "create " : "remove ") + path);
     }

@@ -4,8 +4,8 @@
 #include <functional>
 #include <set>
 
-#include "app/session_host.h"
 #include "journal.h"
+#include "session/session_host.h"
 
 namespace orvc {
 
@@ -21,11 +21,13 @@ class FakeSessionHost final : public SessionHost {
         did("stop timer " + std::to_string(timer));
         runningTimers.erase(timer);
     }
-    LogonOutcome runLogonDialog(const LogonEntry& entry) override {
+    LogonOutcome runLogonDialog(const LogonEntry& entry, LogonLink& link) override {
         shownEntry = entry;
+        logonLink = &link;
         did("logon dialog", onDialog);
         return outcome;
     }
+    void saveSettings() override { did("save settings"); }
     void showTitle(const std::string& logonId) override { did("title '" + logonId + "'"); }
     void refreshEventList() override { did("refresh list"); }
     void openPleaseWait() override { did("open please-wait"); }
@@ -34,15 +36,13 @@ class FakeSessionHost final : public SessionHost {
     void removeKeyboardHook() override { did("remove hook"); }
     void removeTrayIcon() override { did("remove tray icon"); }
     void pause(std::uint32_t milliseconds) override { did("pause " + std::to_string(milliseconds), onWait); }
-    void handleMessagesAndSleep(std::uint32_t milliseconds) override {
-        did("messages, sleep " + std::to_string(milliseconds), onWait);
-    }
     std::string findAdapterName(const std::string& serverAddress) override { return "adapter for " + serverAddress; }
     std::string programVersion() override { return "1.2.3.4"; }
 
     std::set<std::uintptr_t> runningTimers;
     LogonOutcome outcome;
     LogonEntry shownEntry;
+    LogonLink* logonLink = nullptr;  // of the last dialog
     std::function<void()> onDialog;
     std::function<void()> onWait;
 

@@ -1,9 +1,9 @@
-// The main window as the hand-over sees it: a message queue that holds so many and refuses on demand.
+// The main window as the event queue sees it: a message queue that holds so many and refuses on demand.
 #pragma once
 
 #include <chrono>
 
-#include "link/hand_over.h"
+#include "link/event_queue.h"
 
 namespace orvc {
 

@@ -5,10 +5,11 @@
 #include <bitset>
 #include <string>
 
-#include "app/refused_timers.h"
-#include "app/session.h"
 #include "counted_new.h"
 #include "fake_clock.h"
+#include "session/refused_timers.h"
+#include "session/session.h"
+#include "shown_events.h"
 #include "silent_server_link.h"
 
 namespace orvc {
@@ -32,9 +33,9 @@ class FaultConsole final : public SessionHost, public SilentServerLink, public W
     void run() {
         for (int i = 0; i < 40; ++i) {
             refused_.retry([this](std::uintptr_t timer, std::uint32_t) { return startIfAllowed(timer); });
-            if (posted_ || running_[timer::kHandOver] || session_.hasUndeliveredEvents()) deliver();
-            for (std::uintptr_t timer = timer::kLogon; timer < timer::kHandOver; ++timer)
-                if (running_[timer]) guarded([&] { session_.onTimer(timer); });
+            if (posted_ || running_[timer::kEventQueue] || session_.hasUndeliveredEvents()) deliver();
+            for (std::uintptr_t timer = timer::kLogon; timer <= timer::kLast; ++timer)
+                if (timer != timer::kEventQueue && running_[timer]) guarded([&] { session_.onTimer(timer); });
             clock_.seconds += i % 10 == 9 ? 1 : 0;
         }
     }
@@ -53,8 +54,8 @@ class FaultConsole final : public SessionHost, public SilentServerLink, public W
     std::string contents() {
         const Exempt exempt;
         std::string text = std::to_string(session_.store().size()) + " variables";
-        for (std::size_t row = 0; row < session_.events().rows().size(); ++row)
-            text.append(", ").append(session_.events().rows().at(row).name.value_or("?"));
+        for (std::size_t row = 0; row < shown_.table.size(); ++row)
+            text.append(", ").append(shown_.table.model().at(row).name.value_or("?"));
         for (const ScheduleRecord& schedule : session_.schedules().records())
             text.append(", ").append(schedule.name.value_or("?"));
         for (const Group& group : session_.directory().groups())
@@ -77,10 +78,11 @@ class FaultConsole final : public SessionHost, public SilentServerLink, public W
         refused_.forget(timer);
         running_[timer] = false;
     }
-    LogonOutcome runLogonDialog(const LogonEntry& entry) override {
+    LogonOutcome runLogonDialog(const LogonEntry& entry, LogonLink&) override {
         resendSettings();
         return {true, false, {"a logon ID that needs memory", entry.password, "10.0.0.9", "3011", true, false}};
     }
+    void saveSettings() override {}
     void showTitle(const std::string&) override {}
     void refreshEventList() override {}
     void openPleaseWait() override { waiting = true; }
@@ -89,10 +91,6 @@ class FaultConsole final : public SessionHost, public SilentServerLink, public W
     void removeKeyboardHook() override {}
     void removeTrayIcon() override {}
     void pause(std::uint32_t) override { deliver(); }
-    void handleMessagesAndSleep(std::uint32_t) override {
-        deliver();
-        if (++waits_ % 20 == 0) stopServer();  // a member was lost: nothing else ends the wait
-    }
     std::string findAdapterName(const std::string&) override { return "an adapter with a long name"; }
     std::string programVersion() override { return "a version text that needs memory"; }
 
@@ -140,7 +138,7 @@ class FaultConsole final : public SessionHost, public SilentServerLink, public W
         while (session_.hasUndeliveredEvents());  // as the timer would
         return true;
     }
-    void requestTimer() override { startIfAllowed(timer::kHandOver); }
+    void requestTimer() override { startIfAllowed(timer::kEventQueue); }
 
     static void send(const char* name, const char* text, std::uint32_t number) {
         const std::uint32_t type = text != nullptr ? variable_type::kString : variable_type::kDword;
@@ -149,36 +147,34 @@ class FaultConsole final : public SessionHost, public SilentServerLink, public W
     }
     static std::int32_t tell(std::uint32_t code, std::int32_t number, const void* record,
                              const KSConnectionInfo* connection = nullptr) {
-        block_memory::finishPiece();  // so that each block needs an allocation, which can fail
+        event_memory::finishPiece();  // so that each block needs an allocation, which can fail
         EventCallback::receive(code, number, connection, record);
         return 0;
     }
     void deliver() {
-        posted_ = running_[timer::kHandOver] = false;
+        posted_ = running_[timer::kEventQueue] = false;
         bool done = false;
         guarded([&] { done = session_.deliverEvents(); });
-        if (!done) startTimer(timer::kHandOver, timer::kHandOverPeriod);
+        if (!done) startTimer(timer::kEventQueue, timer::kEventQueuePeriod);
     }
     bool startIfAllowed(std::uintptr_t timer) { return running_[timer] = !timers_.fails(); }
 
     static constexpr KSMac kDoor{2, 0, 0, 0, 0, 1};
 
     FakeClock clock_;
-    Settings settings_;
+    LocalSettings settings_;
     FaultPlan& posts_;
     FaultPlan& timers_;
-    std::bitset<timer::kHandOver + 1> running_;
+    std::bitset<timer::kLast + 1> running_;
     RefusedTimers refused_;
     bool posted_ = false;
-    int waits_ = 0;
 
   public:
     TrackingLog log;
 
   private:
-    Session session_{
-        *this, *this, *this, log, clock_, settings_, [](std::string_view name) {
-                         return std::string(name); }};
+    ShownEvents shown_;
+    Session session_{*this, *this, *this, log, clock_, settings_, shown_.table};
 };
 
 }  // namespace orvc

@@ -12,11 +12,11 @@ namespace orvc {
 
 class Flood {
   public:
-    Flood(HandOver& handOver, TrackingLog& log, const Clock& clock) : callback_(handOver, log, clock, {}) {}
+    Flood(EventQueue& eventQueue, TrackingLog& log, const Clock& clock) : callback_(eventQueue, log, clock, {}) {}
 
-    // The receiver of the hand-over: what comes must be the next.
-    void receive(const EventBlock& block) {
-        const auto& variable = static_cast<const VariableBlock&>(block);
+    // The receiver of the event queue: what comes must be the next.
+    void receive(const QueuedEvent& block) {
+        const auto& variable = static_cast<const VariableEvent&>(block);
         EXPECT_EQ(variable.number(), received_);
         EXPECT_EQ(variable.nameView(), kName);
         ++received_;

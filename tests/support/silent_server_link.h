@@ -18,6 +18,7 @@ class SilentServerLink : public ServerLink {
     std::int32_t getGroupMembers(std::uint32_t) override { return 0; }
     std::int32_t getMessages() override { return 0; }
     std::int32_t resendSettings() override { return 0; }
+    std::int32_t createRoot(const std::string&) override { return 0; }
     std::int32_t createKey(const std::string&, bool) override { return 0; }
     std::int32_t subscribe(const std::string&) override { return 0; }
     std::int32_t setText(const std::string&, const std::string&) override { return 0; }

@@ -14,6 +14,7 @@ constexpr UINT_PTR kTimer = 8;
 struct SilentLog final : LogSystem {
     std::unique_ptr<LogFile> openForAppending(const std::string&) override { return nullptr; }
     bool removeFile(const std::string&) override { return false; }
+    bool emptyFile(const std::string&) override { return false; }
     void writeToDebugger(const char*) override {}
 };
 
@@ -44,8 +45,8 @@ TEST(FloodTest, AMillionNotificationsArriveInOrderInAWindow) {
     log.endStartUp();
     RefusingPoster poster(window);
     Flood* flood = nullptr;
-    HandOver handOver(poster, [&](const std::unique_ptr<EventBlock>& block) { flood->receive(*block); });
-    Flood here(handOver, log, clock);
+    EventQueue eventQueue(poster, [&](const std::unique_ptr<QueuedEvent>& block) { flood->receive(*block); });
+    Flood here(eventQueue, log, clock);
     flood = &here;
     std::size_t held = 0;
     for (const bool warmUp : {true, false}) {
@@ -53,9 +54,9 @@ TEST(FloodTest, AMillionNotificationsArriveInOrderInAWindow) {
         here.start(kNotifications);
         MSG message;
         while (here.received() < end && GetMessageA(&message, nullptr, 0, 0) > 0) {
-            const bool isOurs = message.hwnd == window && (private_message::isHandedOver(message.message) ||
+            const bool isOurs = message.hwnd == window && (private_message::isQueued(message.message) ||
                                                            (message.message == WM_TIMER && message.wParam == kTimer));
-            if (isOurs && !handOver.drain()) poster.requestTimer();
+            if (isOurs && !eventQueue.drain()) poster.requestTimer();
         }
         here.join();
         EXPECT_EQ(here.received(), end);

@@ -25,13 +25,13 @@ std::optional<std::int32_t> parseInteger(std::string_view text) {
     return static_cast<std::int32_t>(std::clamp(isNegative ? -number : number, least, most));
 }
 
-EmailForm::EmailForm(const ServerSettings& settings)
+EmailForm::EmailForm(const MailSettings& settings)
     : userName(settings.userName.value_or("")),
       password(settings.password.value_or("")),
       smtpHost(settings.smtpHost.value_or("")),
       defaultFrom(settings.defaultFrom.value_or("")),
       opened_(settings),
-      port_(static_cast<std::int32_t>(settings.smtpPort.value_or(ServerSettings::kDefaultSmtpPort))) {
+      port_(static_cast<std::int32_t>(settings.smtpPort.value_or(MailSettings::kDefaultSmtpPort))) {
     portText = std::to_string(port_);
     applyTo(opened_);
 }
@@ -49,7 +49,13 @@ bool EmailForm::isChanged() const {
            defaultFrom != opened_.defaultFrom || static_cast<std::uint32_t>(port_) != opened_.smtpPort;
 }
 
-void EmailForm::applyTo(ServerSettings& settings) const {
+MailChange EmailForm::change() const {
+    MailChange change{opened_, opened_};
+    applyTo(change.after);
+    return change;
+}
+
+void EmailForm::applyTo(MailSettings& settings) const {
     settings.userName = userName;
     settings.password = password;
     settings.smtpHost = smtpHost;

@@ -6,7 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "model/server_settings.h"
+#include "model/mail_settings.h"
+#include "session/change.h"
 #include "support/string_table.h"
 
 namespace orvc {
@@ -22,8 +23,8 @@ class EmailForm {
     static constexpr std::int32_t kLowestPort = 1;
     static constexpr std::int32_t kHighestPort = 32'000;
 
-    // An absent text shows empty, a port that the server never sent shows the one of ServerSettings.
-    explicit EmailForm(const ServerSettings& settings);
+    // An absent text shows empty, a port that the server never sent shows the one of MailSettings.
+    explicit EmailForm(const MailSettings& settings);
 
     std::string userName;
     std::string password;
@@ -38,11 +39,13 @@ class EmailForm {
 
     // Whether anything differs from what the form began with.
     bool isChanged() const;
-    // Replaces the four texts and the port.
-    void applyTo(ServerSettings& settings) const;
+    // What OK wants changed: the four texts and the port, against what the form began with.
+    MailChange change() const;
 
   private:
-    ServerSettings opened_;
+    void applyTo(MailSettings& settings) const;
+
+    MailSettings opened_;
     std::int32_t port_;
 };
 

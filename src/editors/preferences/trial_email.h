@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "editors/event_file.h"
 #include "editors/preferences/preferences_form.h"
-#include "toolkit/mail_task.h"
+#include "mail/mail_task.h"
+#include "payload/payload_file.h"
 
 namespace orvc {
 

@@ -17,19 +17,22 @@ ScheduleEdit::ScheduleEdit(const ScheduleRecord& listed) : record_(listed) {
     before_ = *record_.hours;
 }
 
-void ScheduleEdit::save(ScheduleList& schedules) const {
-    ScheduleRecord* listed = schedules.find(*record_.key);
-    if (listed == nullptr) {
-        schedules.add(record_);
-        return;
-    }
-    listed->name = record_.name;
-    takeDaysOver(*listed);
-    schedules.write(*listed);
+ScheduleRecord* ScheduleEdit::listedIn(ScheduleList& schedules) const {
+    ScheduleRecord* const same = record_.id != 0 ? schedules.findById(record_.id) : nullptr;
+    return same != nullptr ? same : schedules.find(*record_.key);
+}
+
+ScheduleChange ScheduleEdit::change(ScheduleList& schedules) const {
+    const ScheduleRecord* const listed = listedIn(schedules);
+    if (listed == nullptr) return {std::nullopt, record_};
+    ScheduleChange change{*listed, *listed};
+    change.after->name = record_.name;
+    takeDaysOver(*change.after);
+    return change;
 }
 
 void ScheduleEdit::cancel(ScheduleList& schedules) const {
-    if (ScheduleRecord* listed = schedules.find(*record_.key)) takeDaysOver(*listed);
+    if (ScheduleRecord* const listed = listedIn(schedules)) takeDaysOver(*listed);
 }
 
 void ScheduleEdit::takeDaysOver(ScheduleRecord& listed) const {

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "model/schedule_list.h"
+#include "session/change.h"
 
 namespace orvc {
 
@@ -20,13 +21,14 @@ class ScheduleEdit {
     // What the editor shows and changes. Its key and mask are present.
     ScheduleRecord& record() { return record_; }
 
-    // Writes the Schedule to the server: into its record in the list, or as a new one when the list has none (any
-    // more).
-    void save(ScheduleList& schedules) const;
+    // What Save wants changed: the Schedule as the list has it by now, under the new name and with the days that were
+    // changed; a new one when the list has none (any more).
+    ScheduleChange change(ScheduleList& schedules) const;
     // Writes nothing. Days that were committed before the operator cancelled stay, here, in the list's record.
     void cancel(ScheduleList& schedules) const;
 
   private:
+    ScheduleRecord* listedIn(ScheduleList& schedules) const;
     void takeDaysOver(ScheduleRecord& listed) const;
 
     ScheduleRecord record_;

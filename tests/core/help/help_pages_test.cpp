@@ -8,7 +8,7 @@
 #include <set>
 #include <sstream>
 
-#include "app/help_chapters.h"
+#include "console/help_chapters.h"
 #include "resources/resource.h"
 
 namespace orvc {

@@ -24,8 +24,8 @@ TEST_P(FloodTest, EveryNotificationArrivesInOrderAndTheMemoryComesBack) {
     log.endStartUp();
     FakeWindow window;
     Flood* flood = nullptr;
-    HandOver handOver(window, [&](const std::unique_ptr<EventBlock>& block) { flood->receive(*block); });
-    Flood here(handOver, log, clock);
+    EventQueue eventQueue(window, [&](const std::unique_ptr<QueuedEvent>& block) { flood->receive(*block); });
+    Flood here(eventQueue, log, clock);
     flood = &here;
     const std::size_t before = allocatedBytes();
     std::size_t most = before;
@@ -38,13 +38,13 @@ TEST_P(FloodTest, EveryNotificationArrivesInOrderAndTheMemoryComesBack) {
     while (here.received() < kNotifications && window.waitForMessage()) {
         window.take();
         most = std::max(most, allocatedBytes());
-        if (!handOver.drain()) window.requestTimer();
+        if (!eventQueue.drain()) window.requestTimer();
     }
     here.join();
     EXPECT_EQ(here.received(), kNotifications);
-    EXPECT_TRUE(handOver.drain());
+    EXPECT_TRUE(eventQueue.drain());
     window.take().shrink_to_fit();
-    block_memory::finishPiece();
+    event_memory::finishPiece();
     EXPECT_EQ(allocatedBytes(), before);
     RecordProperty("most_kib", static_cast<int>((most - before) / 1024));
 }

@@ -11,7 +11,7 @@ namespace {
 TEST(EventRecordTest, AMalformedAddressLeavesTheOldOne) {
     EventRecord record;
     const auto take = [&](std::optional<std::string_view> text) {
-        EXPECT_TRUE(setEventField(record, "TriggerDeviceMAC", text, 0));
+        EXPECT_NE(setEventField(record, "TriggerDeviceMAC", text, 0), nullptr);
         return formatMac(record.triggerDevice);
     };
     EXPECT_EQ(take("02:4B:53:00:00:1a"), "02:4b:53:00:00:1a");
@@ -20,6 +20,53 @@ TEST(EventRecordTest, AMalformedAddressLeavesTheOldOne) {
         EXPECT_EQ(take(text), "02:4b:53:00:00:1a") << text;
     EXPECT_EQ(take(std::nullopt), "02:4b:53:00:00:1a");
     EXPECT_EQ(take("0:1:2:3:4:f"), "00:01:02:03:04:0f");
+    EXPECT_EQ(take(" 2:\t3: 4:5:6:7 and more"), "02:03:04:05:06:07");
+    EXPECT_EQ(take("8 :9:a:b:c:d"), "02:03:04:05:06:07") << "a blank behind a number";
+}
+
+TEST(EventRecordTest, AnEventIsWrittenFieldByField) {
+    EventRecord record;
+    record.key = "{N}";
+    record.name = "Door";
+    record.triggerType = 9;
+    record.triggerDevice = {0xAA, 0xBB, 0, 0, 0, 1};
+    record.triggerGroupKey = "tg";
+    record.timeOfDay = 95;
+    record.timeoutType = 1;
+    record.timeoutSeconds = 120;
+    record.scheduleKey = "s";
+    record.responseType = 4;
+    record.messageKey = "m";
+    record.fileGuid = "f";
+    record.ttsFilename = "t";
+    record.lastChecked = 11;
+    record.lastTriggered = 12;
+    record.disabled = 0;
+    record.completeBits = 1;
+    record.badData = 0;
+    VariableValues expected{{"EventName", "Door"},
+                            {"EventTriggerType", 9u},
+                            {"TriggerDeviceMAC", "aa:bb:00:00:00:01"},
+                            {"TriggerGroupKey", "tg"},
+                            {"TriggerTimeoutType", 1u},
+                            {"TriggerTimeoutSeconds", 120u},
+                            {"TriggerTimeOfDay", 95u},
+                            {"ScheduleKey", "s"},
+                            {"EventResponseType", 4u},
+                            {"MessageKey", "m"},
+                            {"FileGUID", "f"},
+                            {"TtsFilename", "t"},
+                            {"ResponseDeviceMAC", "00:00:00:00:00:00"},
+                            {"ResponseGroupKey", ""},
+                            {"lastTriggered", 12u},
+                            {"lastChecked", 11u},
+                            {"Disabled", 0u},
+                            {"completeBits", 1u}};
+    for (VariableValue& value : expected)
+        value.name.insert(0, "\\ORVS\\Events\\{N}\\");
+    EXPECT_EQ(eventValues(record, false), expected);
+    expected.push_back({"\\ORVS\\Events\\{N}\\badData", 0u});
+    EXPECT_EQ(eventValues(record, true), expected) << "an Event that was marked bad is cleared";
 }
 
 TEST(EventRecordTest, CompletenessDependsOnEveryRequiredField) {

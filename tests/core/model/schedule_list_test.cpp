@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "fake_log_system.h"
-#include "fake_server_link.h"
 
 namespace orvc {
 namespace {
@@ -27,8 +26,7 @@ class ScheduleListTest : public ::testing::Test {
 
     Journal journal_;
     JournalLog log_{journal_};
-    FakeServerLink link_{journal_};
-    ScheduleList list_{link_, log_.log, log_.clock};
+    ScheduleList list_{log_.log, log_.clock};
 };
 
 TEST_F(ScheduleListTest, ARecordsWayToCompletenessIsLoggedInItsOwnWords) {
@@ -55,6 +53,39 @@ TEST_F(ScheduleListTest, RecordsFollowTheBuiltInOneAndKeepThePathTheyWereMadeUnd
     list_.clear();
     EXPECT_EQ(names(), "All Days, All Day");
     EXPECT_EQ(list_.find("{Default}")->hours, WeekMask::everySlot());
+}
+
+TEST_F(ScheduleListTest, ASavedScheduleIsFoundUnderItsKeyWhereverItWasReceived) {
+    update("{P}\\Name", "received under {P}");
+    update("{P}\\Key", "{K}");
+    ScheduleRecord saved = *list_.find("{K}");
+    saved.name = "saved";
+    list_.takeUpdates();
+    EXPECT_EQ(&list_.store(saved), list_.find("{K}"));
+    EXPECT_TRUE(list_.takeUpdates());
+    update("{K}\\Name", "echo");
+    update("{P}\\Hours", std::string(84, '0'));
+    EXPECT_EQ(names(), "All Days, All Day; echo") << "not doubled";
+    // Two with one key are two records.
+    update("{K2}\\Name", "other");
+    update("{K2}\\Key", "{K}");
+    ScheduleRecord& other = *list_.findById(list_.find("{K}")->id + 1);
+    other.name = "the other";
+    list_.store(ScheduleRecord(other));
+    EXPECT_EQ(names(), "All Days, All Day; echo; the other");
+}
+
+TEST_F(ScheduleListTest, ADeletedKeyTakesItsRecordAlongButNeverTheBuiltInOne) {
+    update("{A}\\Name", "a");
+    list_.takeUpdates();
+    for (const char* path : {"\\ORVS\\Schedules\\{A}", "\\ORVS\\Schedules\\{A}\\Name", "\\ORVS\\Schedules\\",
+                             "\\ORVS\\Events\\{A}\\", "\\ORVS\\Schedules\\{Default}\\"})
+        list_.removeKey(path);
+    EXPECT_EQ(names(), "All Days, All Day; a");
+    EXPECT_FALSE(list_.takeUpdates());
+    list_.removeKey("\\ORVS\\Schedules\\{A}\\");
+    EXPECT_EQ(names(), "All Days, All Day");
+    EXPECT_TRUE(list_.takeUpdates());
 }
 
 }  // namespace

@@ -32,20 +32,19 @@ TEST(EmailFormTest, APortOutOfRangeIsToldAndTakenAndOtherTextIsNot) {
     FakeStringTable strings;
     strings.texts = {{IDS_PORT_RANGE, "from %d to %d"}, {IDS_PORT_NO_NUMBER, noNumber}};
     for (const Case& test : cases) {
-        ServerSettings settings;
+        MailSettings settings;
         settings.smtpPort = 587;
         EmailForm form(settings);
         form.portText = test.text;
         EXPECT_EQ(form.takePort(strings).value_or("-"), test.message != nullptr ? test.message : "-") << test.text;
         EXPECT_EQ(form.port(), test.port) << test.text;
         EXPECT_EQ(form.isChanged(), test.port != 587) << test.text;
-        form.applyTo(settings);
-        EXPECT_EQ(settings.smtpPort, static_cast<std::uint32_t>(test.port)) << test.text;
+        EXPECT_EQ(form.change().after.smtpPort, static_cast<std::uint32_t>(test.port)) << test.text;
     }
 }
 
 TEST(EmailFormTest, AbsentSettingsShowEmptyAndCountAsUnchanged) {
-    EmailForm form{ServerSettings()};
+    EmailForm form{MailSettings()};
     EXPECT_EQ(form.userName + form.password + form.smtpHost + form.defaultFrom, "");
     EXPECT_EQ(form.portText, "25");
     EXPECT_FALSE(form.isChanged());
@@ -53,8 +52,7 @@ TEST(EmailFormTest, AbsentSettingsShowEmptyAndCountAsUnchanged) {
          {&EmailForm::userName, &EmailForm::password, &EmailForm::smtpHost, &EmailForm::defaultFrom}) {
         form.*member = "x";
         EXPECT_TRUE(form.isChanged());
-        ServerSettings settings;
-        form.applyTo(settings);
+        const MailSettings settings = form.change().after;
         EXPECT_EQ(*settings.userName + *settings.password + *settings.smtpHost + *settings.defaultFrom, "x");
         form.*member = "";
         EXPECT_FALSE(form.isChanged());
@@ -70,7 +68,7 @@ TEST(TrialEmailTest, TheTextsOfTheDialogsBecomeAnEmailAndItsServer) {
     ASSERT_EQ(email.to.size(), 3u);  // the mark is the first
     EXPECT_EQ(email.to[1].name, "a@x");
     EXPECT_EQ(email.to[2].address, "b@x");
-    ServerSettings settings;
+    MailSettings settings;
     settings.smtpHost = "host";
     settings.userName = "user";
     settings.password = "secret";

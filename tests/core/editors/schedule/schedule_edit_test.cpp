@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "fake_log_system.h"
-#include "fake_server_link.h"
 
 namespace orvc {
 namespace {
@@ -21,8 +20,7 @@ class ScheduleEditTest : public testing::Test {
 
     Journal journal_;
     JournalLog log_{journal_};
-    FakeServerLink link_{journal_};
-    ScheduleList schedules_{link_, log_.log, log_.clock};
+    ScheduleList schedules_{log_.log, log_.clock};
 };
 
 TEST_F(ScheduleEditTest, OnlyDaysThatWereChangedComeBack) {
@@ -36,7 +34,7 @@ TEST_F(ScheduleEditTest, OnlyDaysThatWereChangedComeBack) {
         receive("Name", "Late");
         receive("Hours", "02" + std::string(70, '0') + "ff0000000000");
         if (saves)
-            edit.save(schedules_);
+            schedules_.store(*edit.change(schedules_).after);
         else
             edit.cancel(schedules_);
         const ScheduleRecord& listed = *schedules_.find("{K}");
@@ -55,7 +53,7 @@ TEST_F(ScheduleEditTest, WhatWasEnteredIsSavedWhenTheListWasEmptied) {
     schedules_.clear();
     edit.cancel(schedules_);
     EXPECT_EQ(schedules_.find("{K}"), nullptr);
-    edit.save(schedules_);
+    schedules_.store(*edit.change(schedules_).after);
     ASSERT_NE(schedules_.find("{K}"), nullptr);
     EXPECT_EQ(schedules_.find("{K}")->name, "Evenings");
     EXPECT_TRUE(schedules_.find("{K}")->hours->isSet(0, 0));

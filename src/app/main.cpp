@@ -1,7 +1,0 @@
-#include <windows.h>
-
-#include "app/application.h"
-
-int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
-    return orvc::runConsole();
-}

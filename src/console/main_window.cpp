@@ -1,0 +1,291 @@
+#include "console/main_window.h"
+
+#include "console/start_up.h"
+#include "dialogs/logon_dialog.h"
+#include "resources/resource.h"
+#include "support/text.h"
+#include "win32/collation.h"
+#include "win32/network.h"
+#include "win32/system_files.h"
+
+namespace orvc {
+namespace {
+
+// Passes every keystroke on.
+LRESULT CALLBACK keyboardProcedure(int code, WPARAM wParam, LPARAM lParam) {
+    return CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
+}  // namespace
+
+MainWindow::MainWindow(const ConsoleParts& parts)
+    : Dialog(parts.resources, IDD_MAIN),
+      parts_(parts),
+      table_(parts.resources, parts.clock, win32::makeSortKey),
+      list_(table_),
+      events_(
+          parts.clock, [this] { return list_.isUpToDate(); },
+          [this] {
+              list_.refresh();
+              UpdateWindow(list_.window());
+          }),
+      session_(*this, parts.link, events_.poster(), parts.log, parts.clock, parts.settings.values(), table_),
+      help_(parts.resources, parts.log),
+      tray_(parts.resources),
+      commands_({parts_, session_, table_, list_, tray_, help_, library_, [this] { exitConsole(); },
+                 [this] { return programVersion(); }}),
+      pleaseWait_(parts.resources, IDS_WAIT_UPDATING) {
+    table_.judgeBy(session_.directory(), [this] { return session_.isReady(); });
+}
+
+MainWindow::~MainWindow() {
+    win32::setHelpHandler(nullptr);
+    win32::setFailureHandler(nullptr);
+    EventCallback::makeCurrent(nullptr);
+}
+
+void MainWindow::warnAboutScratchFolder(bool ready) {
+    if (ready || scratchWarningShown_) return;
+    scratchWarningShown_ = true;
+    win32::showMessage(window(), parts_.resources.text(IDS_CALL_QUEUE_ERROR),
+                       parts_.resources.text(IDS_CALL_QUEUE_ERROR_CAPTION));
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Start-up
+
+bool MainWindow::onInit() {
+    events_.attach(window(), session_);
+    menu_ = parts_.resources.loadMenu(IDR_MAIN_MENU);
+    SetMenu(window(), menu_.get());
+    extendSystemMenu(window(), parts_.resources);
+    setIcons();
+    parts_.log.log("OnInitDialog: Reading from registry key '%s'", parts_.companyKey.c_str());
+    parts_.log.OpenCloseDebugFile(false, true);
+    parts_.log.log("Orvane Events Console Version %s started", programVersion().c_str());
+    warnAboutScratchFolder(openLink(parts_, session_, library_));
+    help_.choose(parts_.files, parts_.settings.installFolder());
+    // The language was chosen before the tracking file was open.
+    for (const std::string& line : parts_.resources.refusedLanguages())
+        parts_.log.log("%s", line.c_str());
+    win32::setFailureHandler([this](const char* what) { parts_.log.log("%s", what); });
+    win32::setHelpHandler([this](unsigned topic) { help_.open(GetLastActivePopup(topmostModal()), topic); });
+    list_.attach(control(IDC_EVENT_LIST));
+    installKeyboardHook();
+    tray_.attach(window(), smallIcon_.get());
+    commands_.attach(window(), menu_.get());
+    parts_.log.toggleRecordEvents();
+    commands_.recordEvents();
+    if (parts_.link.canStart()) {
+        showTitle({});
+        if (!parts_.link.isConsoleMode())
+            parts_.log.log("*** Orvane Enterprise Events Application Stand-alone Startup ***");
+    }
+    restoreSize(window(), parts_.settings.values());
+    centerOn(nullptr);
+    refreshEventList();
+    RedrawWindow(window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+    onSize(SIZE_RESTORED);
+    startTimer(timer::kLogon, timer::kLogonPeriod);
+    startTimer(timer::kIdle, timer::kIdlePeriod);
+    parts_.log.endStartUp();
+    return true;
+}
+
+void MainWindow::setIcons() {
+    bigIcon_ = win32::Resources::loadIcon(IDI_MAIN, GetSystemMetrics(SM_CXICON));
+    smallIcon_ = win32::Resources::loadIcon(IDI_MAIN, GetSystemMetrics(SM_CXSMICON));
+    SendMessageA(window(), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(bigIcon_.get()));
+    SendMessageA(window(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(smallIcon_.get()));
+}
+
+void MainWindow::installKeyboardHook() {
+    keyboardHook_.reset(SetWindowsHookExA(WH_KEYBOARD, keyboardProcedure, nullptr, GetCurrentThreadId()));
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Messages
+
+bool MainWindow::onCommand(unsigned id, unsigned) {
+    if (id == IDOK) commands_.runLater(IDM_MODIFY_EVENT);
+    // Esc is no command of a main window.
+    return commands_.run(id) || id == IDOK || id == IDCANCEL;
+}
+
+std::optional<LRESULT> MainWindow::onNotify(NMHDR& header) {
+    if (header.idFrom != IDC_EVENT_LIST) return std::nullopt;
+    if (header.code == NM_DBLCLK) {
+        const bool hitsRow = reinterpret_cast<NMITEMACTIVATE&>(header).iItem >= 0;
+        commands_.runLater(hitsRow ? IDM_MODIFY_EVENT : IDM_CREATE_EVENT);
+        return 0;
+    }
+    return list_.onNotify(header);
+}
+
+bool MainWindow::onTimer(std::uintptr_t timerId) {
+    events_.onTimer(timerId);
+    // Windows' own handling of the timer follows.
+    return false;
+}
+
+void MainWindow::onClose() {
+    exitConsole();
+}
+
+bool MainWindow::onPreview(MSG& message) {
+    return commands_.accelerators() != nullptr &&
+           TranslateAcceleratorA(window(), commands_.accelerators(), &message) != 0;
+}
+
+std::optional<LRESULT> MainWindow::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    if (private_message::isQueued(message)) {
+        events_.deliver();
+        return 0;
+    }
+    if (message == Tray::taskbarCreatedMessage()) {
+        tray_.onTaskbarCreated();
+        return 0;
+    }
+    switch (message) {
+        case private_message::kTrayIcon:
+            tray_.onMouse(lParam);
+            return 0;
+        case WM_INITMENU:
+            commands_.updateMenu();
+            return std::nullopt;
+        case WM_SYSCOMMAND:
+            if (wParam != IDM_ABOUT_SYSTEM) return std::nullopt;
+            commands_.run(IDM_ABOUT);
+            return 0;
+        case WM_SIZE:
+            onSize(wParam);
+            return 0;
+        case WM_GETMINMAXINFO:
+            if (control(IDC_EVENT_LIST) == nullptr) return std::nullopt;
+            limitSize(*reinterpret_cast<MINMAXINFO*>(lParam));
+            return 0;
+        case WM_PAINT:
+            if (!IsIconic(window())) return std::nullopt;
+            paintIcon();
+            return 0;
+        case WM_QUERYDRAGICON:
+            return reinterpret_cast<LRESULT>(bigIcon_.get());
+        case WM_ENDSESSION:
+            if (wParam == FALSE) return std::nullopt;
+            exitConsole();
+            return 0;
+        case WM_DESTROY:
+            session_.doShutdown();
+            return std::nullopt;
+        default:
+            return std::nullopt;
+    }
+}
+
+void MainWindow::onSize(WPARAM kind) {
+    if (kind == SIZE_MINIMIZED) {
+        if (parts_.settings.values().hideMinimized != 0) tray_.hideMinimized();
+        return;
+    }
+    RECT client{};
+    GetClientRect(window(), &client);
+    SetWindowPos(control(IDC_EVENT_LIST), nullptr, 0, 0, client.right, client.bottom, SWP_NOZORDER | SWP_NOACTIVATE);
+    list_.layOutColumns(dpi());
+}
+
+void MainWindow::limitSize(MINMAXINFO& limits) const {
+    limits.ptMinTrackSize.x = list_.minimumWidth(dpi()) + GetSystemMetrics(SM_CXVSCROLL) + scale(16);
+    limits.ptMinTrackSize.y = scale(240);
+}
+
+void MainWindow::paintIcon() {
+    PAINTSTRUCT paint;
+    const HDC context = BeginPaint(window(), &paint);
+    RECT client{};
+    GetClientRect(window(), &client);
+    const int width = GetSystemMetrics(SM_CXICON);
+    const int height = GetSystemMetrics(SM_CYICON);
+    DrawIcon(context, (client.right - width + 1) / 2, (client.bottom - height + 1) / 2, bigIcon_.get());
+    EndPaint(window(), &paint);
+}
+
+void MainWindow::exitConsole() {
+    rememberSize(window(), parts_.settings.values());
+    session_.doShutdown();
+    saveSettings();
+    endDialog(IDOK);
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// SessionHost
+
+void MainWindow::startTimer(std::uintptr_t timerId, std::uint32_t milliseconds) {
+    events_.startTimer(timerId, milliseconds);
+}
+
+void MainWindow::stopTimer(std::uintptr_t timerId) {
+    events_.stopTimer(timerId);
+}
+
+LogonOutcome MainWindow::runLogonDialog(const LogonEntry& entry, LogonLink& link) {
+    CKSLogonDlg dialog(parts_.resources, link, parts_.log, entry);
+    // A menu that is open goes first; the logon comes with the next tick.
+    if (closeMenuAndDropDown()) return {};
+    // After a server stop an editor or a message box may be open: the logon comes in front of it.
+    LogonOutcome outcome = dialog.run(topmostWaiting());
+    if (topmostModal() == window()) SetFocus(control(IDC_EVENT_LIST));
+    return outcome;
+}
+
+void MainWindow::saveSettings() {
+    parts_.settings.save();
+}
+
+void MainWindow::showTitle(const std::string& logonId) {
+    const unsigned plain = parts_.link.isConsoleMode() ? IDS_TITLE_CONSOLE : IDS_TITLE_STANDALONE;
+    const std::string title =
+        logonId.empty() ? parts_.resources.text(plain) : fillIn(parts_.resources.text(IDS_TITLE_LOGGED_ON), {logonId});
+    SetWindowTextA(window(), title.c_str());
+}
+
+void MainWindow::refreshEventList() {
+    table_.model().touch();
+    list_.refresh();
+    commands_.updateMenu();
+}
+
+void MainWindow::openPleaseWait() {
+    if (pleaseWait_.window() == nullptr) pleaseWait_.createModeless(window());
+    UpdateWindow(pleaseWait_.window());
+}
+
+void MainWindow::closePleaseWait() {
+    pleaseWait_.destroy();
+}
+
+void MainWindow::endMainWindow() {
+    rememberSize(window(), parts_.settings.values());
+    endDialog(IDCANCEL);
+}
+
+void MainWindow::removeKeyboardHook() {
+    keyboardHook_.reset();
+}
+
+void MainWindow::removeTrayIcon() {
+    tray_.remove();
+}
+
+void MainWindow::pause(std::uint32_t milliseconds) {
+    events_.pause(milliseconds);
+}
+
+std::string MainWindow::findAdapterName(const std::string& serverAddress) {
+    return win32::findAdapterName(serverAddress);
+}
+
+std::string MainWindow::programVersion() {
+    return win32::fileVersionText(win32::programPath());
+}
+
+}  // namespace orvc

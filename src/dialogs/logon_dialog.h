@@ -1,0 +1,39 @@
+// The logon dialog's window; what it does is LogonSequence's.
+#pragma once
+
+#include "session/logon_sequence.h"
+#include "win32/dialog.h"
+
+namespace orvc {
+
+class CKSLogonDlg final : public win32::Dialog, private LogonView {
+  public:
+    CKSLogonDlg(const win32::Resources& resources, LogonLink& link, TrackingLog& log, const LogonEntry& entry);
+
+    // Runs the dialog and returns how it ended.
+    LogonOutcome run(HWND owner);
+
+  private:
+    bool onInit() override;
+    bool onCommand(unsigned id, unsigned notification) override;
+    bool onTimer(std::uintptr_t timer) override;
+
+    LogonEntry readEntry() override;
+    void setTitle(const std::string& title) override;
+    void enableControls(bool enabled) override;
+    void startCountdownTimer() override;
+    void stopTimers() override;
+    void handleWaitingMessages() override;
+    void showError(const std::string& text) override;
+    void selectPassword() override;
+    void end(bool success) override;
+
+    void showOptions(bool shown);
+
+    LogonEntry entry_;
+    LogonSequence sequence_;
+    LogonOutcome outcome_;
+    bool optionsShown_ = false;
+};
+
+}  // namespace orvc

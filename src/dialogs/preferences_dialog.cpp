@@ -1,0 +1,142 @@
+#include "dialogs/preferences_dialog.h"
+
+#include <commctrl.h>
+#include <uxtheme.h>
+
+#include "dialogs/setup_email_dialog.h"
+#include "editors/preferences/trial_email.h"
+#include "resources/resource.h"
+#include "win32/code_page.h"
+#include "win32/controls.h"
+
+namespace orvc {
+namespace {
+
+constexpr int kEmailTab = 1;
+
+}  // namespace
+
+// ---------------------------------------------------------------------------------------------------------------------
+// General
+
+CPreferencesGeneralDlg::CPreferencesGeneralDlg(const win32::Resources& resources, bool minimizesToTray)
+    : PreferencesPage(resources, IDD_PREFERENCES_GENERAL), minimizesToTray_(minimizesToTray) {}
+
+bool CPreferencesGeneralDlg::onInit() {
+    CheckDlgButton(window(), IDC_PREFERENCES_TRAY, minimizesToTray_ ? BST_CHECKED : BST_UNCHECKED);
+    return false;
+}
+
+void CPreferencesGeneralDlg::readPage() {
+    minimizesToTray_ = IsDlgButtonChecked(window(), IDC_PREFERENCES_TRAY) == BST_CHECKED;
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Email
+
+CPreferencesEmailDlg::CPreferencesEmailDlg(const win32::Resources& resources, TrackingLog& log,
+                                           const MailSettings& settings)
+    : PreferencesPage(resources, IDD_PREFERENCES_EMAIL), log_(log), form_(settings) {}
+
+bool CPreferencesEmailDlg::onInit() {
+    for (const unsigned id :
+         {IDC_PREFERENCES_USER, IDC_PREFERENCES_PASSWORD, IDC_PREFERENCES_HOST, IDC_PREFERENCES_FROM})
+        win32::liftTextLimit(control(id));
+    showText(IDC_PREFERENCES_USER, form_.userName);
+    showText(IDC_PREFERENCES_PASSWORD, form_.password);
+    showText(IDC_PREFERENCES_HOST, form_.smtpHost);
+    showText(IDC_PREFERENCES_FROM, form_.defaultFrom);
+    showText(IDC_PREFERENCES_PORT, form_.portText);
+    return false;
+}
+
+bool CPreferencesEmailDlg::onCommand(unsigned id, unsigned notification) {
+    if (id != IDC_PREFERENCES_TEST || notification != BN_CLICKED) return false;
+    testSettings();
+    return true;
+}
+
+void CPreferencesEmailDlg::readPage() {
+    form_.userName = readText(IDC_PREFERENCES_USER);
+    form_.password = readText(IDC_PREFERENCES_PASSWORD);
+    form_.smtpHost = readText(IDC_PREFERENCES_HOST);
+    form_.defaultFrom = readText(IDC_PREFERENCES_FROM);
+    form_.portText = readText(IDC_PREFERENCES_PORT);
+    if (const auto message = form_.takePort(resources()))
+        win32::showMessage(GetAncestor(window(), GA_ROOT), *message, resources().text(IDS_ERROR_CAPTION));
+}
+
+void CPreferencesEmailDlg::testSettings() {
+    readPage();
+    EventEmail email;
+    email.from = form_.defaultFrom;
+    CSetupEmailDlg(resources(), std::move(email), EmailTrial{mailServerOf(form_, win32::toUtf8), log_})
+        .run(GetAncestor(window(), GA_ROOT));
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Both
+
+CPreferencesDlg::CPreferencesDlg(const win32::Resources& resources, TrackingLog& log, bool minimizesToTray,
+                                 const MailSettings& settings)
+    : Dialog(resources, IDD_PREFERENCES), general_(resources, minimizesToTray), email_(resources, log, settings) {}
+
+bool CPreferencesDlg::onInit() {
+    insertTabs();
+    if (!placePage(general_) || !placePage(email_)) {
+        endDialog(IDCANCEL);
+        return true;
+    }
+    showPage(0);
+    centerOn(GetParent(window()));
+    SetFocus(control(IDC_PREFERENCES_TABS));
+    return false;
+}
+
+void CPreferencesDlg::insertTabs() {
+    for (const unsigned id : {IDS_TAB_GENERAL, IDS_TAB_EMAIL}) {
+        std::string text = resources().text(id);
+        TCITEMA item{};
+        item.mask = TCIF_TEXT;
+        item.pszText = text.data();
+        SendMessageA(control(IDC_PREFERENCES_TABS), TCM_INSERTITEMA, id - IDS_TAB_GENERAL,
+                     reinterpret_cast<LPARAM>(&item));
+    }
+}
+
+// Makes a page inside the frame that the tabs leave, behind the tabs in the order of the Tab key and before the
+// buttons.
+bool CPreferencesDlg::placePage(win32::Dialog& page) {
+    if (!page.createModeless(window())) return false;
+    const HWND tabs = control(IDC_PREFERENCES_TABS);
+    EnableThemeDialogTexture(page.window(), ETDT_ENABLETAB);
+    RECT frame{};
+    GetWindowRect(tabs, &frame);
+    SendMessageA(tabs, TCM_ADJUSTRECT, FALSE, reinterpret_cast<LPARAM>(&frame));
+    MapWindowPoints(nullptr, window(), reinterpret_cast<POINT*>(&frame), 2);
+    SetWindowPos(page.window(), tabs, frame.left, frame.top, frame.right - frame.left, frame.bottom - frame.top,
+                 SWP_NOACTIVATE);
+    return true;
+}
+
+void CPreferencesDlg::showPage(int tab) {
+    ShowWindow(general_.window(), SW_HIDE);
+    ShowWindow(email_.window(), SW_HIDE);
+    ShowWindow(tab == kEmailTab ? email_.window() : general_.window(), SW_SHOW);
+}
+
+bool CPreferencesDlg::onCommand(unsigned id, unsigned notification) {
+    if (id == IDOK) {
+        general_.readPage();
+        email_.readPage();
+    }
+    return Dialog::onCommand(id, notification);
+}
+
+std::optional<LRESULT> CPreferencesDlg::onNotify(NMHDR& header) {
+    if (header.idFrom != IDC_PREFERENCES_TABS || header.code != TCN_SELCHANGE) return std::nullopt;
+    showPage(static_cast<int>(SendMessageA(header.hwndFrom, TCM_GETCURSEL, 0, 0)));
+    return 0;
+}
+
+}  // namespace orvc

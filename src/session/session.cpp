@@ -1,0 +1,466 @@
+#include "session/session.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <exception>
+#include <utility>
+
+#include "model/variable_path.h"
+
+namespace orvc {
+namespace {
+
+constexpr std::int64_t kSettingsGrace = 5;   // seconds after the logon
+constexpr std::int64_t kCompletionWait = 2;  // seconds after a subscription or a reload
+constexpr std::uint32_t kLogoffPause = 1000;
+constexpr std::uint32_t kReloadPause = 200;
+constexpr std::int64_t kMemberPatience = 30;  // seconds for the members of one group
+
+constexpr EventTimers kEventTimers{timer::kSubscriptionStart, timer::kSubscriptionStartPeriod, timer::kReload,
+                                   timer::kReloadPeriod};
+
+// The tracking file goes to support: it never holds a password.
+const char* loggableText(const VariableEvent& block) {
+    const char* const text = block.text() != nullptr ? block.text() : "";
+    return *text != '\0' && MailSettings::isPassword(block.nameView()) ? "***" : text;
+}
+
+}  // namespace
+
+Session::Session(SessionHost& host, ServerLink& link, WindowPoster& poster, TrackingLog& log, const Clock& clock,
+                 LocalSettings& settings, EventListObserver& eventObserver)
+    : host_(host),
+      link_(link),
+      log_(log),
+      clock_(clock),
+      settings_(settings),
+      directory_(log),
+      events_(eventObserver, log, clock),
+      schedules_(log, clock),
+      store_(log),
+      eventQueue_(poster, [this](const std::unique_ptr<QueuedEvent>& block) { receive(*block); }),
+      callback_(eventQueue_, log, clock, kEventTimers),
+      gate_(link, {events_, schedules_, mailSettings_, directory_}, log, clock),
+      logonLink_(*this) {
+    store_.setKeyFilter([this](std::string_view path) { return gate_.isForeignDeletion(path); });
+    store_.addOwner(events_);
+    store_.addOwner(schedules_);
+    store_.addOwner(mailSettings_);
+    store_.setAfterRouting([this] {
+        if (!storeComplete_ && areSettingsComplete()) storeComplete_ = true;
+    });
+}
+
+bool Session::deliverEvents() {
+    const bool done = eventQueue_.drain();
+    if (const std::size_t lost = eventQueue_.takeLostCount())
+        log_.log("deliverEvents: %u events lost: no memory", static_cast<unsigned>(lost));
+    if (memberFetch_) continueSubscription();
+    return done;
+}
+
+Gate::Ticket Session::apply(std::vector<Change> changes, Gate::Done done) {
+    host_.startTimer(timer::kGate, timer::kGatePeriod);
+    return gate_.apply(std::move(changes), std::move(done));
+}
+
+bool Session::continueChanges() {
+    return gate_.isBusy() && gate_.step();
+}
+
+void Session::onTimer(std::uintptr_t timerId) {
+    const ReentrancyCounter::Scope run(timerRuns_);
+    if (!run.isOutermost()) return;
+    switch (timerId) {
+        case timer::kLogon:
+            doLogon();
+            break;
+        case timer::kSubscriptionStart:
+            startSubscription();
+            break;
+        case timer::kReload:
+            releaseCurrentSettings();
+            break;
+        case timer::kReloadWait:
+            waitForReload();
+            break;
+        case timer::kCompletionWait:
+            doWaitSystemVariableComplete();
+            break;
+        case timer::kMemberWait:
+            continueSubscription();
+            break;
+        case timer::kGate:
+            gate_.step();
+            if (!gate_.isBusy()) host_.stopTimer(timer::kGate);
+            break;
+        case timer::kOverdue:
+            events_.showOverdue();
+            break;
+        default:
+            break;  // timer 2 ticks and does nothing
+    }
+}
+
+void Session::doLogon() {
+    const ReentrancyCounter::Scope run(logonRuns_);
+    if (bShuttingDown_) {
+        log_.log("doLogon: calling doShutdown() because bShuttingDown set");
+        doShutdown();
+        host_.endMainWindow();
+        return;
+    }
+    if (!run.isOutermost() || !linkReady_ || loggedOn_ || !consoleMode_ || !link_.isOpen()) return;
+    LogonEntry entry;
+    entry.logonId = settings_.userName;
+    entry.password = settings_.userPassword;
+    entry.address = settings_.ipAddress;
+    entry.port = std::to_string(settings_.ipPort);
+    entry.saveCredentials = !settings_.userName.empty();
+    entry.mayLogOnAtOnce = logonRequested_;
+    logonRequested_ = false;
+    try {
+        const LogonOutcome outcome = host_.runLogonDialog(entry, logonLink_);
+        loggedOn_ = outcome.success;
+        if (outcome.cancelled)
+            bShuttingDown_ = true;
+        else if (outcome.success)
+            takeLogon(outcome);
+        else
+            logonRequested_ = entry.mayLogOnAtOnce;  // the dialog went away: it comes again
+    } catch (const std::exception&) {
+        // The server must not hold a logon of which only half is known here.
+        stopLink();
+        throw;
+    }
+}
+
+void Session::takeLogon(const LogonOutcome& outcome) {
+    const LogonEntry& entry = outcome.entry;
+    logoffPending_ = false;
+    graceDeadline_ = clock_.now() + kSettingsGrace;
+    settings_.ipAddress = entry.address;
+    settings_.ipPort = static_cast<std::int32_t>(std::strtol(entry.port.c_str(), nullptr, 10));
+    settings_.adapterName = host_.findAdapterName(entry.address);
+    log_.setUser(entry.logonId);
+    log_.OpenCloseDebugFile(false, false);
+    log_.log("*** ORVE Events Configuration Console Login ***");
+    host_.showTitle(entry.logonId);
+    schedules_.makeDefault();
+    host_.refreshEventList();
+    settings_.userName = entry.saveCredentials ? entry.logonId : std::string();
+    settings_.userPassword = entry.saveCredentials ? entry.password : std::string();
+    host_.saveSettings();
+}
+
+// The library's thread may wait for this one, which is about to wait for it.
+std::int32_t Session::stopLink() {
+    const EventQueue::NoWaiting release(eventQueue_);
+    return link_.stop();
+}
+
+void Session::logoff() {
+    if (!link_.isOpen()) return;
+    // Until the stop event that this causes has been handled no timer may bring up the logon dialog.
+    const ReentrancyCounter::Scope noTimers(timerRuns_);
+    logoffPending_ = loggedOn_;
+    stopLink();
+    host_.pause(kLogoffPause);
+    logonRequested_ = false;
+}
+
+void Session::doShutdown() {
+    const ReentrancyCounter::Scope run(shutdownRuns_);
+    if (run.isOutermost()) {
+        logStopped();
+        host_.stopTimer(timer::kUnused);
+        host_.stopTimer(timer::kLogon);
+        host_.stopTimer(timer::kIdle);
+        if (link_.isOpen()) {
+            // Every change was sent when it was made: there is no last update to write.
+            bShuttingDown_ = true;
+            loggedOn_ = false;
+            memberFetch_.reset();
+            gate_.linkLost();
+            // Avoid a deadlock: the library's thread may be waiting for this one.
+            eventQueue_.close();
+            log_.log("doShutdown: KSStop()");
+            link_.stop();
+            log_.log("doShutdown: KSClose()");
+            link_.close();
+            log_.log("doShutdown: FreeLibrary()");
+            link_.unload();
+            eventQueue_.discard();
+            clearServerLists();
+            clearMirror();
+            fileReader_.clear();
+            host_.removeKeyboardHook();
+        }
+        log_.log("doShutdown: Done");
+        log_.OpenCloseDebugFile(true, false);
+    }
+    host_.removeTrayIcon();
+}
+
+void Session::logStopped() {
+    try {
+        log_.log("ORVC Version %s Stopped", host_.programVersion().c_str());
+    } catch (const std::exception&) {
+        log_.log("ORVC Stopped");  // no memory; the shutdown needs none
+    }
+}
+
+void Session::receive(const QueuedEvent& block) {
+    switch (block.message()) {
+        case private_message::kNewIntercom:
+            onConnection(static_cast<const ConnectionEvent&>(block));
+            break;
+        case private_message::kServerStop:
+            onServerStop();
+            break;
+        case private_message::kGroupInformation:
+            directory_.updateGroup(static_cast<const GroupEvent&>(block).record);
+            break;
+        case private_message::kGroupMember:
+            directory_.doNewGroupMember(static_cast<std::uint32_t>(block.wParam()),
+                                        static_cast<const MemberEvent&>(block).record);
+            break;
+        case private_message::kVariable:
+            onVariable(static_cast<const VariableEvent&>(block));
+            break;
+        case private_message::kFileData:
+            fileReader_.append(static_cast<const FileDataEvent&>(block).file,
+                               static_cast<const FileDataEvent&>(block).bytes);
+            break;
+        case private_message::kNewQueueMembership:
+            directory_.addQueueMembership(static_cast<const CallQueueEvent&>(block).record);
+            break;
+        case private_message::kQueueMembershipUpdate:
+            directory_.updateQueueMembership(static_cast<const CallQueueEvent&>(block).record);
+            break;
+        case private_message::kServerGroup:
+            directory_.addServerGroup(static_cast<const ServerGroupEvent&>(block).record);
+            break;
+        case private_message::kGroupMessage:
+            directory_.doNewGroupMessageInfo(static_cast<const AudioMessageEvent&>(block).record);
+            break;
+        case private_message::kStartTimer:
+            host_.startTimer(block.wParam(), static_cast<const TimerEvent&>(block).period);
+            break;
+        default:
+            break;
+    }
+}
+
+void Session::onConnection(const ConnectionEvent& block) {
+    try {
+        directory_.updateDevice(block.info, block.extra, block.socket());
+    } catch (const std::exception&) {
+        log_.log("OnCallDoNewIntercom: Caught from doNewIntercom");
+        throw;  // it is delivered again
+    }
+}
+
+void Session::onVariable(const VariableEvent& block) {
+    if (log_.isTakingLines()) {
+        const std::uint32_t kind = block.type() & variable_type::kKindMask;
+        if ((block.type() & variable_type::kValue) == 0)
+            log_.log("Received subscription variable information for %s (key 0x%08x)", block.name(), block.type());
+        else if (kind == variable_type::kStringKind)
+            log_.log("Received subscription variable information for %s (string variable '%s' 0x%08x)", block.name(),
+                     loggableText(block), block.type());
+        else if (kind == variable_type::kDwordKind)
+            log_.log("Received subscription variable information for %s (dword variable %d 0x%08x)", block.name(),
+                     static_cast<int>(block.number()), block.type());
+    }
+    const Variable variable{block.nameView(), block.type(), block.textView(), block.number()};
+    gate_.observe(variable);
+    store_.doSystemVariableUpdate(variable);
+}
+
+void Session::onServerStop() {
+    if (bShuttingDown_)
+        log_.writeToDebugger("Event:Stop. Console Shutdown disconnected from server\n");
+    else
+        log_.log("Event:Stop. Console disconnected from server");
+    // However this ends, the logon dialog may come up afterwards.
+    struct Pause {
+        bool& ready;
+        ~Pause() { ready = true; }
+    };
+    linkReady_ = false;
+    const Pause pause{linkReady_};
+    loggedOn_ = false;
+    stopped_ = true;
+    memberFetch_.reset();
+    gate_.linkLost();
+    // A logoff's own stop may come long after the logoff: the logon that follows waits for the operator all the same.
+    logonRequested_ = !std::exchange(logoffPending_, false);
+    log_.setUser({});
+    if (!bShuttingDown_) {
+        // What is still due belongs to the logon that has ended: the next one has deadlines of its own.
+        for (const std::uintptr_t due : {timer::kSubscriptionStart, timer::kReload, timer::kCompletionWait,
+                                         timer::kMemberWait, timer::kGate, timer::kOverdue})
+            host_.stopTimer(due);
+        // While the logon dialog is open no timer looks after a reload.
+        if (reloadRunning_) endReload();
+        clearServerLists();
+        clearMirror();
+        host_.showTitle({});
+        host_.refreshEventList();
+    }
+}
+
+void Session::startSubscription() {
+    host_.stopTimer(timer::kSubscriptionStart);
+    // Without a logon this is how a server says that it is back.
+    if (!consoleMode_ && link_.isOpen()) stopped_ = false;
+    if (!isConnected()) return;
+    try {
+        if (!consoleMode_) schedules_.makeDefault();
+        MemberFetch fetch;
+        for (const Group& group : directory_.groups())
+            if (group.record.expectedMembers != 0) fetch.groupKeys.emplace_back(group.key());
+        std::ranges::reverse(fetch.groupKeys);
+        memberFetch_ = std::move(fetch);
+        host_.startTimer(timer::kMemberWait, timer::kMemberWaitPeriod);
+        host_.startTimer(timer::kOverdue, timer::kOverduePeriod);
+        continueSubscription();
+    } catch (const std::exception&) {
+        host_.startTimer(timer::kSubscriptionStart, timer::kSubscriptionStartPeriod);
+        throw;
+    }
+}
+
+// Goes on as far as the members that have come allow. Called whenever events were delivered, and by a timer for those
+// that do not come.
+void Session::continueSubscription() {
+    if (!memberFetch_) return;
+    while (!memberFetch_->groupKeys.empty()) {
+        if (!fetchMembers(memberFetch_->groupKeys.back())) return;
+        memberFetch_->groupKeys.pop_back();
+        memberFetch_->isAsked = false;
+    }
+    subscribe();
+    memberFetch_.reset();
+    host_.stopTimer(timer::kMemberWait);
+}
+
+// Returns whether that group is done.
+bool Session::fetchMembers(const std::string& groupKey) {
+    // It may have been sent again meanwhile, or be gone.
+    Group* const group = directory_.findGroup(groupKey);
+    if (group == nullptr) return true;
+    const std::size_t held = group->members.size();
+    const std::uint32_t expected = group->record.expectedMembers;
+    if (!memberFetch_->isAsked) {
+        memberFetch_->isAsked = true;
+        memberFetch_->deadline = clock_.now() + kMemberPatience;
+        link_.createGroup(group->record);
+        if (held != expected) {
+            memberFetch_->isAwaited = true;
+            link_.getGroupMembers(group->record.groupId);
+            return false;
+        }
+    }
+    if (memberFetch_->isAwaited) {
+        const bool isOverdue = clock_.now() > memberFetch_->deadline;
+        if (held < expected && !isOverdue) return false;
+        memberFetch_->isAwaited = false;
+        if (held < expected)
+            log_.log("getListIcoms: Group '%s' has %u of its %u members, waiting no longer", groupKey.c_str(),
+                     static_cast<unsigned>(held), static_cast<unsigned>(expected));
+        else
+            log_.log("getListIcoms: Done with group");
+    }
+    directory_.resolvePlaceholders(*group);
+    link_.deleteGroup(group->record.groupId);
+    return true;
+}
+
+void Session::subscribe() {
+    const std::string root(kRootPath);
+    link_.getMessages();
+    link_.createRoot(root);
+    link_.subscribe(root);
+    startCompletionWait();
+}
+
+void Session::startCompletionWait() {
+    waitDeadline_ = clock_.now() + kCompletionWait;
+    host_.startTimer(timer::kCompletionWait, timer::kCompletionWaitPeriod);
+}
+
+void Session::doWaitSystemVariableComplete() {
+    const std::int64_t now = clock_.now();
+    if (!storeComplete_ && now <= waitDeadline_) return;
+    if (!storeComplete_ && !areSettingsComplete() && lastTimeoutLogged_ != now) {
+        lastTimeoutLogged_ = now;
+        log_.log("doWaitSystemVariableComplete: Timeout waiting for system variables to complete");
+    }
+    settingsReady_ = true;
+    host_.stopTimer(timer::kCompletionWait);
+    host_.refreshEventList();
+}
+
+void Session::releaseCurrentSettings() {
+    if (!isConnected()) {
+        host_.stopTimer(timer::kReload);
+        return;
+    }
+    if (reloadRunning_ || memberFetch_) return;  // the timer asks again
+    reloadRunning_ = true;
+    host_.stopTimer(timer::kReload);
+    // The please-wait window must close again, whatever happens.
+    try {
+        host_.openPleaseWait();
+        askForSettingsAgain();
+    } catch (const std::exception&) {
+        settingsReady_ = true;
+        host_.startTimer(timer::kReloadWait, timer::kReloadWaitPeriod);
+        host_.startTimer(timer::kReload, timer::kReloadPeriod);
+        throw;
+    }
+    host_.startTimer(timer::kReloadWait, timer::kReloadWaitPeriod);
+}
+
+void Session::askForSettingsAgain() {
+    settingsReady_ = false;
+    host_.refreshEventList();
+    host_.pause(kReloadPause);
+    if (!isConnected()) return;  // the server has stopped during the pause
+    // What came until now is not the answer.
+    storeComplete_ = false;
+    mailSettings_.awaitAgain();
+    log_.log("releaseCurrentSettings: Deleting Server Group Information");
+    directory_.clear();
+    link_.getMessages();
+    link_.resendSettings();
+    startCompletionWait();
+}
+
+void Session::waitForReload() {
+    if (isConnected() && !bShuttingDown_ && !settingsReady_) return;
+    endReload();
+}
+
+void Session::endReload() {
+    reloadRunning_ = false;
+    host_.stopTimer(timer::kReloadWait);
+    host_.closePleaseWait();
+}
+
+void Session::clearServerLists() {
+    events_.clear();
+    directory_.clear();
+    schedules_.clear();
+}
+
+void Session::clearMirror() {
+    store_.clear();
+    mailSettings_.clear();
+    storeComplete_ = false;
+    settingsReady_ = false;
+}
+
+}  // namespace orvc

@@ -1,0 +1,66 @@
+// A list control in report view that asks for the texts of the rows it paints.
+#pragma once
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "lists/list_source.h"
+#include "lists/shown_rows.h"
+
+namespace orvc::win32 {
+
+// Purpose: shows a ListSource in a control made with LVS_OWNERDATA: rows cost nothing until they are seen. Finds rows by
+// what is typed, in the first column.
+// Thread: user-interface thread. Lifetime: what attach() takes outlives the view's use.
+class ListView {
+  public:
+    // `onSelection` is called when the operator, not show() or select(), has changed what is highlighted.
+    void attach(HWND list, const ListSource& source, std::function<void()> onSelection);
+
+    // Extended styles of the control beside full-row selection and grid lines.
+    void addStyles(DWORD extendedStyles);
+    void addColumn(const std::string& title);
+    // In pixels.
+    void setColumnWidth(std::size_t column, int width);
+    int textWidth(const std::string& text) const;
+
+    // The source has changed: shows its rows, and paints those again that are visible and look different.
+    void show();
+
+    // Highlights that row alone and puts the keyboard there, or highlights nothing.
+    void select(std::optional<std::size_t> row);
+    // Puts the keyboard on a row without highlighting it.
+    void focus(std::size_t row);
+    void scrollTo(std::size_t row);
+    // The first highlighted row.
+    std::optional<std::size_t> selectedRow() const;
+
+    // A notification of the control; the value is its result.
+    std::optional<LRESULT> onNotify(NMHDR& header);
+
+    HWND window() const { return list_; }
+
+  private:
+    std::string textOf(int row, int column) const;
+    std::size_t rowCount() const;
+    template <typename Item, typename Fill>
+    LRESULT fillItem(Item& item, const Fill& fill) const;
+    LRESULT findByPrefix(UINT flags, const std::string& prefix, int start) const;
+    void setState(std::size_t row, UINT state, UINT mask);
+
+    HWND list_ = nullptr;
+    const ListSource* source_ = nullptr;
+    std::function<void()> onSelection_;
+    std::size_t columns_ = 0;
+    ShownRows shown_;
+    bool changing_ = false;  // by us, not by the operator
+};
+
+}  // namespace orvc::win32

@@ -1,0 +1,343 @@
+#include "session/session.h"
+
+#include <gtest/gtest.h>
+
+#include "fake_log_system.h"
+#include "fake_server_link.h"
+#include "fake_session_host.h"
+#include "fake_window.h"
+#include "shown_events.h"
+
+namespace orvc {
+namespace {
+
+constexpr KSMac kDoor{2, 0, 0, 0, 0, 1};
+constexpr KSVariableNotification kEarly{"\\ORVS\\completeBits", 0, nullptr, 0};
+const std::string kTimeout = "log: doWaitSystemVariableComplete: Timeout waiting for system variables to complete; ";
+
+class SessionTest : public ::testing::Test {
+  protected:
+    SessionTest() {
+        window_.onSend = [this] { return session_.deliverEvents(); };
+        host_.outcome = {true, false, {"op", "pw", "10.0.0.9", "3011", true, false}};
+        session_.setConsoleMode(true);
+    }
+    // What one event of the library, or one tick of a timer, brings about.
+    std::string event(std::uint32_t code, std::int32_t number = 0, const void* data = nullptr,
+                      const void* connection = nullptr) {
+        session_.callback().onEvent(code, number, connection, data);
+        session_.deliverEvents();
+        return journal_.take();
+    }
+    std::string timer(std::uintptr_t id) {
+        session_.onTimer(id);
+        return journal_.take();
+    }
+    void group(std::uint32_t id, std::string_view key, std::uint32_t members) {
+        KSGroupRecord record{.expectedMembers = members};
+        setFieldText(record.key, key);
+        session_.callback().onEvent(80, static_cast<std::int32_t>(id), nullptr, &record);
+        session_.deliverEvents();
+    }
+    void members(std::int32_t groupId, int count) {
+        for (; count > 0; --count)
+            session_.callback().onEvent(81, groupId, nullptr, &kDoor);
+        session_.deliverEvents();
+    }
+    std::string variable(const std::string& name, const char* text, std::uint32_t number = 0, std::uint32_t type = 0) {
+        const KSVariableNotification notification{name.c_str(), type, text, number};
+        return event(104, 0, &notification);
+    }
+    void logOn() {
+        timer(timer::kLogon);
+        ASSERT_TRUE(session_.isConnected());
+    }
+    void subscribe() {
+        logOn();
+        event(100);
+        timer(timer::kSubscriptionStart);
+    }
+    void becomeReady() {
+        subscribe();
+        variable("\\ORVS\\completeBits", nullptr, 0);
+        EXPECT_EQ(timer(timer::kCompletionWait), "stop timer 7; refresh list");
+        ASSERT_TRUE(session_.isReady());
+    }
+
+    Journal journal_;
+    JournalLog log_{journal_};
+    FakeClock& clock_ = log_.clock;
+    FakeServerLink link_{journal_};
+    FakeSessionHost host_{journal_};
+    FakeWindow window_;
+    LocalSettings settings_;
+    ShownEvents shown_;
+    Session session_{host_, link_, window_, log_.log, clock_, settings_, shown_.table};
+};
+
+TEST_F(SessionTest, TimersDoNothingStandAloneNorInsideOneAnother) {
+    session_.setConsoleMode(false);
+    for (const std::uintptr_t id : {1, 2, 3, 8, 99})
+        EXPECT_EQ(timer(id), "");
+    session_.setConsoleMode(true);
+    host_.onDialog = [this] {
+        journal_.take();
+        for (const std::uintptr_t id : {1, 2, 3, 4, 5, 6, 7})
+            EXPECT_EQ(timer(id), "");
+    };
+    logOn();
+}
+
+TEST_F(SessionTest, TheSubscriptionStartFetchesMembersThenSubscribes) {
+    logOn();
+    const KSConnectionInfo info{.mac = kDoor};
+    group(1, "Late", 2);
+    group(2, "Empty", 0);
+    group(3, "There", 1);
+    members(3, 1);
+    event(1, 3, nullptr, &info);
+    EXPECT_EQ(event(100), "log: Console initialization is complete; start timer 4 of 10");
+    EXPECT_EQ(timer(timer::kSubscriptionStart),
+              "stop timer 4; start timer 9 of 100; start timer 11 of 1000; KSCreateGroup 3; KSDeleteGroup 3; "
+              "KSCreateGroup 1; KSGetGroupMembers 1");
+    members(1, 1);
+    group(1, "Late", 2);  // sent again: the member that came is forgotten
+    members(1, 1);
+    EXPECT_EQ(journal_.take(), "") << "waiting";
+    const std::string rest = "KSGetMessages; create \\ORVS\\; subscribe \\ORVS\\; start timer 7 of 1; stop timer 9";
+    members(1, 1);
+    EXPECT_EQ(journal_.take(), "log: getListIcoms: Done with group; KSDeleteGroup 1; " + rest);
+    EXPECT_EQ(session_.directory().findGroup("There")->members.front().device, session_.directory().findDevice(kDoor))
+        << "no placeholder any more";
+}
+
+TEST_F(SessionTest, MembersThatDoNotComeHoldTheSubscriptionUpForHalfAMinute) {
+    logOn();
+    group(1, "Doors", 2);
+    timer(timer::kSubscriptionStart);
+    members(1, 1);
+    journal_.take();
+    event(101);
+    EXPECT_EQ(timer(timer::kReload), "") << "a reload waits";
+    clock_.seconds += 30;
+    EXPECT_EQ(timer(timer::kMemberWait), "");
+    clock_.seconds += 1;
+    EXPECT_EQ(timer(timer::kMemberWait),
+              "log: getListIcoms: Group 'Doors' has 1 of its 2 members, waiting no longer; KSDeleteGroup 1; "
+              "KSGetMessages; create \\ORVS\\; subscribe \\ORVS\\; start timer 7 of 1; stop timer 9");
+    EXPECT_NE(timer(timer::kReload).find("open please-wait"), std::string::npos);
+}
+
+TEST_F(SessionTest, WhatEndsTheLogonDuringTheWaitForMembersEndsTheSubscription) {
+    for (const bool isShutdown : {false, true}) {
+        logOn();
+        group(1, "Doors", 2);
+        timer(timer::kSubscriptionStart);
+        if (isShutdown)
+            session_.doShutdown();
+        else
+            event(15);
+        journal_.take();
+        members(1, 2);
+        for (const std::uintptr_t id : {timer::kMemberWait, timer::kSubscriptionStart})
+            EXPECT_EQ(timer(id).find("KS"), std::string::npos);
+    }
+}
+
+TEST_F(SessionTest, StandAloneTheLinkIsTheLogon) {
+    session_.setConsoleMode(false);
+    EXPECT_TRUE(session_.isConnected());
+    EXPECT_FALSE(session_.isEditable());
+    event(100);
+    EXPECT_EQ(timer(timer::kSubscriptionStart),
+              "stop timer 4; start timer 9 of 100; start timer 11 of 1000; KSGetMessages; create \\ORVS\\; subscribe "
+              "\\ORVS\\; start timer 7 of 1; stop timer 9");
+    EXPECT_EQ(session_.schedules().records().size(), 1u) << "the built-in one";
+    variable("\\ORVS\\completeBits", nullptr, 0);
+    timer(timer::kCompletionWait);
+    EXPECT_TRUE(session_.isEditable());
+    event(101);
+    EXPECT_NE(timer(timer::kReload).find("KSResendSettings"), std::string::npos);
+    event(15);
+    EXPECT_FALSE(session_.isConnected());
+    EXPECT_EQ(timer(timer::kLogon), "") << "no logon dialog";
+    event(100);
+    EXPECT_NE(timer(timer::kSubscriptionStart).find("subscribe"), std::string::npos) << "the server is back";
+    link_.open = false;
+    EXPECT_FALSE(session_.isConnected());
+}
+
+TEST_F(SessionTest, EveryStopReleasesWhoeverWaitsForTheWindow) {
+    const auto connect = [this] {
+        const KSConnectionInfo info{};
+        window_.onSend = [this] {
+            ADD_FAILURE() << "waits for the thread that is stopping the link";
+            return session_.deliverEvents();
+        };
+        session_.callback().onEvent(1, 1, &info, nullptr);
+        window_.onSend = [this] { return session_.deliverEvents(); };
+    };
+    link_.onCall = [&](const std::string& call) {
+        if (call == "KSStop") connect();
+    };
+    logOn();
+    session_.logoff();
+    EXPECT_TRUE(session_.deliverEvents());
+    EXPECT_EQ(session_.directory().devices().size(), 1u) << "it is delivered all the same";
+    event(15);
+    host_.onDialog = [this] { host_.logonLink->stop(); };  // a user without rights
+    logOn();
+}
+
+TEST_F(SessionTest, WithATextMissingTheWaitTimesOutAndTheConsoleIsReadyAnyway) {
+    subscribe();
+    for (const char* name : {"userName", "password", "smtpHost"})
+        variable(std::string("\\ORVS\\") + name, "");
+    variable("\\ORVS\\completeBits", nullptr, 1);
+    clock_.seconds += 2;
+    EXPECT_EQ(timer(timer::kCompletionWait), "");
+    EXPECT_FALSE(session_.isReady());
+    clock_.seconds += 1;
+    EXPECT_EQ(timer(timer::kCompletionWait), kTimeout + "stop timer 7; refresh list");
+    EXPECT_TRUE(session_.isReady());
+}
+
+TEST_F(SessionTest, NoPasswordIsLogged) {
+    host_.outcome.entry.password = "logon-secret";
+    subscribe();
+    std::string told = journal_.take();
+    // Whatever type the server gives them.
+    for (const std::uint32_t type : {0xC0000001u, 0xC0000004u, 0xC0000000u, 0u, 0x41000001u})
+        told += variable("\\ORVS\\password", "mail-secret", 0, type);
+    event(15);
+    EXPECT_EQ(told.find("secret"), std::string::npos) << told;
+    EXPECT_NE(told.find("for \\ORVS\\password (string variable '***' 0xc0000001)"), std::string::npos) << told;
+    EXPECT_NE(variable("\\ORVS\\userName", "mailer", 0, 0xC0000001).find("'mailer'"), std::string::npos);
+}
+
+TEST_F(SessionTest, AServerStopForgetsEverythingAndAsksForALogon) {
+    becomeReady();
+    group(1, "Doors", 0);
+    variable("\\ORVS\\Events\\{A}\\EventName", "a");
+    variable("\\ORVS\\Schedules\\{S}\\Name", "s");
+    variable("\\ORVS\\userName", "mailer");
+    EXPECT_EQ(
+        event(15),
+        "log: Event:Stop. Console disconnected from server; stop timer 4; stop timer 5; stop timer 7; stop timer 9; "
+        "stop timer 10; stop timer 11; title ''; refresh list");
+    EXPECT_FALSE(session_.isConnected() || session_.isReady());
+    EXPECT_EQ(session_.events().size() + session_.store().size() + session_.directory().groups().size(), 0u);
+    EXPECT_EQ(session_.schedules().records().size(), 1u) << "the built-in one";
+    EXPECT_FALSE(session_.mailSettings().userName || session_.mailSettings().completeBits);
+    logOn();
+    EXPECT_TRUE(host_.shownEntry.mayLogOnAtOnce);
+}
+
+TEST_F(SessionTest, WhatWasDueWhenTheServerStoppedIsNotDoneForTheNextLogon) {
+    subscribe();
+    event(100);
+    event(101);
+    event(15);
+    clock_.seconds += 60;
+    logOn();
+    const std::set<std::uintptr_t> running = host_.runningTimers;
+    for (const std::uintptr_t id : running)
+        EXPECT_EQ(timer(id), "") << "timer " << id;
+    EXPECT_FALSE(session_.isReady());
+    event(100);
+    timer(timer::kSubscriptionStart);
+    EXPECT_EQ(timer(timer::kCompletionWait), "") << "two seconds of its own";
+}
+
+TEST_F(SessionTest, LogoffAsksForALogonButNotByItself) {
+    logOn();
+    host_.onWait = [this] {
+        EXPECT_EQ(journal_.take(), "KSStop; pause 1000");
+        event(15);
+        EXPECT_EQ(timer(timer::kLogon), "") << "no dialog in between";
+    };
+    session_.logoff();
+    logOn();
+    EXPECT_FALSE(host_.shownEntry.mayLogOnAtOnce);
+    host_.onWait = nullptr;
+    session_.logoff();
+    event(15);
+    logOn();
+    EXPECT_FALSE(host_.shownEntry.mayLogOnAtOnce) << "a stop that comes long after its logoff";
+    event(15);
+    logOn();
+    EXPECT_TRUE(host_.shownEntry.mayLogOnAtOnce) << "a stop of the server's own";
+    link_.open = false;
+    session_.logoff();
+    EXPECT_EQ(journal_.take(), "") << "no link: nothing to stop";
+}
+
+TEST_F(SessionTest, AReloadEmptiesTheDirectoryAndClosesItsWindowWhenReady) {
+    becomeReady();
+    group(1, "Doors", 0);
+    variable("\\ORVS\\Events\\{A}\\EventName", "a");
+    clock_.seconds += 60;
+    // What comes before the server was asked is not the answer.
+    host_.onWait = [this] { session_.callback().onEvent(104, 0, nullptr, &kEarly), session_.deliverEvents(); };
+    EXPECT_EQ(event(101), "log: Console settings update is available; start timer 5 of 100");
+    EXPECT_EQ(timer(timer::kReload),
+              "stop timer 5; open please-wait; refresh list; pause 200; log: Received subscription variable "
+              "information for \\ORVS\\completeBits (key 0x00000000); "
+              "log: releaseCurrentSettings: Deleting Server Group "
+              "Information; KSGetMessages; KSResendSettings; start timer 7 of 1; start timer 6 of 100");
+    EXPECT_TRUE(session_.isReloading() && !session_.isReady());
+    EXPECT_EQ(session_.directory().groups().size(), 0u);
+    EXPECT_EQ(session_.events().size(), 1u) << "Events stay";
+    for (const std::uintptr_t id : {timer::kReload, timer::kReloadWait, timer::kCompletionWait})
+        EXPECT_EQ(timer(id), "") << "still waiting, with a fresh deadline";
+    variable("\\ORVS\\userName", "again");
+    EXPECT_EQ(timer(timer::kCompletionWait), "") << "one value does not make the settings complete";
+    variable("\\ORVS\\completeBits", nullptr, 0);
+    EXPECT_EQ(timer(timer::kCompletionWait), "stop timer 7; refresh list");
+    EXPECT_EQ(timer(timer::kReloadWait), "stop timer 6; close please-wait");
+    EXPECT_FALSE(session_.isReloading());
+}
+
+TEST_F(SessionTest, AServerStopClosesThePleaseWaitWindowBeforeTheLogonDialogComes) {
+    for (const bool inThePause : {false, true}) {
+        becomeReady();
+        const auto stop = [&] { EXPECT_NE(event(15).find("stop timer 6; close please-wait"), std::string::npos); };
+        host_.onWait = inThePause ? stop : std::function<void()>();
+        event(101);
+        timer(timer::kReload);
+        if (!inThePause) stop();
+        EXPECT_FALSE(session_.isReloading());
+    }
+}
+
+TEST_F(SessionTest, ShutdownStopsClosesAndUnloadsInOrderAndOnce) {
+    becomeReady();
+    link_.onCall = [this](const std::string& call) {
+        if (call != "KSStop") return;
+        session_.doShutdown();  // nested
+        const KSConnectionInfo info{};
+        session_.callback().onEvent(15, 0, nullptr, nullptr);
+        session_.deliverEvents();
+        window_.onSend = [this] {
+            ADD_FAILURE() << "waits for the thread that is stopping the link";
+            return session_.deliverEvents();
+        };
+        session_.callback().onEvent(1, 1, &info, nullptr);
+    };
+    const std::string stopped = "log: ORVC Version 1.2.3.4 Stopped; stop timer 3; stop timer 1; stop timer 2; ";
+    session_.doShutdown();
+    EXPECT_EQ(
+        journal_.take(),
+        stopped +
+            "log: doShutdown: KSStop(); KSStop; remove tray icon; debugger: Event:Stop. Console Shutdown disconnected "
+            "from server; log: EVENT:New Connection '' on socket 1 Status = 0x0; log: doShutdown: KSClose(); KSClose; "
+            "log: doShutdown: FreeLibrary(); unload; remove hook; log: doShutdown: Done; remove tray icon");
+    EXPECT_TRUE(session_.isShuttingDown());
+    EXPECT_FALSE(session_.isConnected() || session_.hasUndeliveredEvents());
+    EXPECT_EQ(session_.events().size() + session_.store().size(), 0u);
+    session_.doShutdown();
+    EXPECT_EQ(journal_.take(), stopped + "log: doShutdown: Done; remove tray icon");
+}
+
+}  // namespace
+}  // namespace orvc

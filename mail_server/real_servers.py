@@ -15,12 +15,12 @@ from aiosmtpd.smtp import SMTP, AuthResult
 USER = "console"
 PASSWORD = "pa55-wörd"
 RECIPIENTS = ["porter@clinic.example", "night@clinic.example"]
-PORTS = iter(range(21000, 32000))  # the console takes them without complaint
-logging.disable()  # what the servers say to each failure
+PORTS = iter(range(21000, 32000))  # within the console's range, so it shows no message about the port
+logging.disable()  # else the servers print each failure that a test provokes
 
 
 class Certificates:
-    """An authority and what it has signed, as PEM files in a folder; and one that nobody trusts."""
+    """A certificate authority and what it has signed, as PEM files in a folder; and an authority that nobody trusts."""
 
     def __init__(self, folder):
         self.folder = pathlib.Path(folder)
@@ -55,16 +55,16 @@ class Certificates:
 
 
 class Peer:
-    """aiosmtpd on a thread of its own, which keeps what it is told."""
+    """aiosmtpd on its own thread. It keeps the e-mails, senders and logons that it receives."""
 
     def __init__(self, tls, is_tls_first=False):
         self.mails = []  # sender, recipients, bytes
         self.senders = []
-        self.logons = []  # each whether within TLS
+        self.logons = []  # for each: whether it was within TLS
         self.connections = 0
         self.parameters = {"authenticator": self._authenticate, "enable_SMTPUTF8": False}
         if is_tls_first:
-            self.parameters["auth_require_tls"] = False  # it knows STARTTLS alone
+            self.parameters["auth_require_tls"] = False  # aiosmtpd counts only STARTTLS as TLS
         else:
             self.parameters |= {"require_starttls": True, "tls_context": tls}
         self.loop = asyncio.new_event_loop()
@@ -97,8 +97,8 @@ class Peer:
 
 
 class OpenSmtpd:
-    """OpenSMTPD with users, queue and mailboxes of its own. Its places are fixed: it gets a view of the file system in
-    which they are others, for which it takes root."""
+    """OpenSMTPD with its own users, queue and mailboxes. The paths of its queue and socket are fixed, so it runs in its own
+    mount namespace with empty folders there. This needs root."""
 
     def __init__(self, folder):
         self.folder = pathlib.Path(folder)
@@ -148,4 +148,4 @@ def accepts(port):
 
 
 def free_port():
-    return next(port for port in PORTS if not accepts(port))  # not asked again, which a Peer would count
+    return next(port for port in PORTS if not accepts(port))  # without a connection later on, which a Peer would count

@@ -25,7 +25,7 @@ std::vector<std::wstring> skeletonOf(const std::wstring& text) {
     return {std::wsregex_token_iterator(text.begin(), text.end(), part), {}};
 }
 
-// A line per window of a dialog: all but its text and its place.
+// A line per window of a dialog: all but its text and its place, and whether a letter is underlined.
 std::string describeDialog(HWND dialog) {
     LOGFONTA font{};
     GetObjectA(reinterpret_cast<HFONT>(SendMessageA(dialog, WM_GETFONT, 0, 0)), sizeof font, &font);
@@ -37,6 +37,7 @@ std::string describeDialog(HWND dialog) {
         wsprintfA(line, "\n%ld %s %08lx %08lx", window == dialog ? 0 : GetDlgCtrlID(window), classOf(window).c_str(),
                   GetWindowLongA(window, GWL_STYLE), GetWindowLongA(window, GWL_EXSTYLE));
         described.append(line).append(windowText(window).empty() ? "" : " with a text");
+        described.append(underlinedLetter(windowText(window)) != 0 ? " &" : "");
     }
     return described;
 }
@@ -48,12 +49,11 @@ void describeMenu(HMENU menu, const std::string& depth, std::string& described) 
         wchar_t text[200] = L"";
         GetMenuStringW(menu, static_cast<UINT>(item), text, 200, MF_BYPOSITION);
         EXPECT_TRUE(isInCodePage(text)) << testing::PrintToString(text);
-        CharLowerW(text);
-        const wchar_t* const letter = wcschr(text, L'&');
-        EXPECT_TRUE(letter == nullptr || letters.insert(letter[1]).second)
-            << "twice in one menu: " << testing::PrintToString(letter);
+        const wchar_t letter = underlinedLetter(text);
+        EXPECT_TRUE(letter == 0 || letters.insert(letter).second)
+            << "its letter is there twice: " << testing::PrintToString(text);
         described += depth + std::to_string(static_cast<int>(GetMenuItemID(menu, item)));
-        described += letter != nullptr ? " &\n" : "\n";
+        described += letter != 0 ? " &\n" : "\n";
         describeMenu(GetSubMenu(menu, item), depth + "  ", described);
     }
 }

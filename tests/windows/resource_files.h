@@ -68,6 +68,16 @@ inline std::wstring windowText(HWND window) {
     return text;
 }
 
+// The letter that is underlined in a text, in lower case; 0 when there is none. "&&" is a plain sign.
+inline wchar_t underlinedLetter(const std::wstring& text) {
+    std::size_t sign = text.find(L'&');
+    while (sign != std::wstring::npos && text.compare(sign, 2, L"&&") == 0)
+        sign = text.find(L'&', sign + 2);
+    wchar_t letter = sign == std::wstring::npos ? L'\0' : text.c_str()[sign + 1];
+    CharLowerBuffW(&letter, 1);
+    return letter;
+}
+
 // "Button", "Edit" and the like.
 inline std::string classOf(HWND window) {
     char name[64] = "";

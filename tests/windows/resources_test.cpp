@@ -1,4 +1,6 @@
-// Every dialog, in every language: controls lie inside it and apart, and no text is cut off.
+// Every dialog, in every language: controls lie inside it and apart, no text is cut off, no letter is underlined twice.
+#include <map>
+
 #include "windows/resource_files.h"
 
 namespace orvc::test {
@@ -144,6 +146,27 @@ TEST_P(ResourcesTest, NoTextIsCutOff) {
         DestroyWindow(dialog);
     }
     DeleteObject(titleFont);
+}
+
+TEST_P(ResourcesTest, NoLetterIsUnderlinedTwiceInOneDialog) {
+    for (const unsigned id : file_.dialogs()) {
+        SCOPED_TRACE("dialog " + std::to_string(id));
+        const HWND dialog = file_.openDialog(id);
+        ASSERT_NE(dialog, nullptr);
+        std::map<wchar_t, HWND> owners;
+        const auto expectOwn = [&](const std::wstring& text, HWND control) {
+            const wchar_t letter = underlinedLetter(text);
+            EXPECT_TRUE(letter == 0 || owners.try_emplace(letter, control).first->second == control)
+                << testing::PrintToString(text);
+        };
+        for (const HWND control : controlsOf(dialog))
+            expectOwn(windowText(control), control);
+        for (const ShownText& shown : kShownTexts) {
+            const HWND control = GetDlgItem(dialog, static_cast<int>(shown.control));
+            if (shown.dialog == id && classOf(control) == "Button") expectOwn(file_.text(shown.first), control);
+        }
+        DestroyWindow(dialog);
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryLanguage, ResourcesTest, testing::ValuesIn(kResourceFiles), [](const auto& suite) {

@@ -1,4 +1,4 @@
-// The sources of the help: complete in every language, and nothing in them leads nowhere.
+// The sources of the help: complete in every language, links that lead somewhere, the punctuation of each language.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -53,7 +53,7 @@ std::vector<std::string> listMessages() {
         "WAITING|COUNTDOWN)|IDS_LOGGING_IN|IDS_MODIFY_EVENT|IDS_SOURCE_SERVER|IDS_(EVERY|ALL|NO)_DAYS?|IDS_VARIABLE_"
         "TIMES|IDS_HOUR_NONE|"
         "IDS_[AP]M|IDS_TIME_[AP]M|IDS_NEVER|IDS_MIDNIGHT|IDS_NOON|IDS_SECONDS|IDS_MINUTES|IDS_EMPTY_FIELD|"
-        "IDS_(SUN|MON|TUES|WEDNES|THURS|FRI|SATUR)DAY|IDS_SOCKETS_FAILED");
+        "IDS_(SUN|MON|TUES|WEDNES|THURS|FRI|SATUR)DAY|IDS_SOCKETS_FAILED|IDS_RESOURCE_REVISION");
     std::vector<std::string> messages;
     for (const std::string& name : findAll(readFile(kProject / "resources/resource.h"), "#define (IDS_\\w+) "))
         if (!std::regex_match(name, elsewhere)) messages.push_back(name);
@@ -65,6 +65,12 @@ std::string readScript(const std::string& language) {
     static const std::map<std::string, std::string> files{
         {"en", "orvsconfig.rc"}, {"de", "languages/german.rc"}, {"fr", "languages/french.rc"}};
     return readFile(kProject / "resources" / files.at(language));
+}
+
+// A page as a person reads it, without tags and without names of files and the like.
+std::string readableText(const std::string& page) {
+    static const std::regex unread("<code>[^<]*</code>|<[^>]*>");
+    return std::regex_replace(std::regex_replace(page, unread, ""), std::regex("&[lg]t;"), ">");
 }
 
 class HelpPagesTest : public testing::TestWithParam<const char*> {
@@ -140,6 +146,27 @@ TEST_P(HelpPagesTest, EveryMessageIsExplained) {
             EXPECT_NE(row.find(part), std::string::npos) << message << ": " << part;
     }
     EXPECT_EQ(rows.size(), messages.size()) << "a message is explained that the console does not have";
+}
+
+TEST_P(HelpPagesTest, PagesAndScriptKeepTheSignsOfTheirLanguage) {
+    const std::string language = GetParam();
+    // An ellipsis is three dots. English alone has straight quotation marks.
+    std::string wrong = "\u2026";
+    if (language != "en") wrong += "|\"|'(%s|\\.\\.\\.)'";
+    // A no-break space, here "~", stands before a sign of two parts and inside quotation marks.
+    if (language == "fr") wrong += "|(^|[^~])([:;?!](?=\\s|$)|\u00bb)|\u00ab(?!~)";
+    const std::regex expression("[^\n]{0,30}(" + wrong + ")");
+    const auto expectNone = [&](const std::string& text, const std::string& where) {
+        static const std::regex noBreakSpace("\u00a0");
+        const std::string marked = std::regex_replace(text, noBreakSpace, "~");
+        std::smatch found;
+        EXPECT_FALSE(std::regex_search(marked, found, expression)) << where << ": " << found.str();
+    };
+    for (const std::string& page : listPages())
+        expectNone(readableText(read(page)), page);
+    const std::string script = std::regex_replace(readScript(language), std::regex("\\\\n"), "\n");
+    for (const std::string& text : findAll(script, "\"([^\"]*)\""))
+        expectNone(text, "script");
 }
 
 }  // namespace

@@ -16,7 +16,7 @@
 
 namespace orvc {
 
-// What the About box tells of the pass-through library.
+// What the About box shows of the pass-through library.
 struct LibraryInfo {
     LibraryVersion version;
     std::string fileVersion;

@@ -11,7 +11,7 @@
 
 namespace orvc {
 
-// Thread: user-interface thread. Guarantees: a help file that cannot be opened is told to the operator and to the log,
+// Thread: user-interface thread. Guarantees: if a help file cannot be opened, the operator and the log are told,
 // and nothing else happens.
 class Help {
   public:

@@ -8,7 +8,7 @@
 namespace orvc {
 namespace {
 
-// While events pour in the list is shown anew this often at most, in milliseconds, and takes at most a tenth of the
+// While events pour in, the list is refreshed at most this often, in milliseconds, and takes at most a tenth of the
 // time.
 constexpr std::uint32_t kRefreshPeriod = 100;
 constexpr std::uint32_t kRefreshShare = 10;

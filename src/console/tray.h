@@ -21,14 +21,14 @@ class Tray {
     // Shows or removes the icon, as the setting wants it.
     void apply(bool wanted);
     void remove() { icon_.remove(); }
-    // The shell has made the taskbar anew, which took the icon away: shows it again.
+    // The shell has restarted the taskbar, without the icon: shows it again.
     void onTaskbarCreated();
     // Hides the minimised window behind its icon, if there is one: without an icon nothing would bring it back.
     void hideMinimized() const;
 
     // The mouse over the icon.
     void onMouse(LPARAM mouseMessage) const;
-    // The message with which the shell tells of a new taskbar.
+    // The message that the shell sends for a new taskbar.
     static UINT taskbarCreatedMessage();
 
     HMENU menu() const { return menu_.get(); }

@@ -34,14 +34,14 @@ void KS_CALL EventCallback::receive(std::uint32_t code, std::int32_t number, con
             callback->isLosing_ = false;
             return;
         } catch (const std::exception& error) {
-            // The window may make room by handling what waits. After a loss the next one is not waited for so long.
+            // The window may free memory. After a lost event, retry the next one only once.
             const auto now = SteadyClock::now();
             const bool again =
                 !failingSince || (!callback->isLosing_ && now - *failingSince < callback->eventQueue_.patience());
             failingSince = failingSince.value_or(now);
             if (again && callback->eventQueue_.waitForRoom()) continue;
             callback->isLosing_ = true;
-            callback->log_.log("Event %u lost: %s", code, error.what());
+            callback->log_.log("receive: Event %u lost: %s", code, error.what());
             return;
         }
     }

@@ -30,7 +30,7 @@ class EventCallback {
 
     void onEvent(std::uint32_t code, std::int32_t number, const void* connection, const void* data);
 
-    // The server's clock minus this workstation's, in seconds, as the last event 32 told it.
+    // The server's clock minus this workstation's, in seconds, as of the last event 32.
     std::int32_t serverDelta() const { return serverDelta_; }
 
     // EventQueue::setPatience().

@@ -25,10 +25,10 @@ constexpr std::uint32_t kBeingFilled = 1u << 31;
 
 struct alignas(kAlignment) Piece {
     std::size_t size;
-    std::atomic<std::uint32_t> living;  // blocks in use, and kBeingFilled
+    std::atomic<std::uint32_t> living;  // events in use, and kBeingFilled
 };
 
-// Lies before each block.
+// Lies before each event.
 struct alignas(kAlignment) Header {
     Piece* piece;
     std::size_t size;
@@ -52,8 +52,7 @@ void drop(Piece* piece, std::uint32_t count) noexcept {
     giveBack(piece->size == kPieceSize ? spare.exchange(piece) : piece);
 }
 
-// Hardly ever two threads allocate at once: a few instructions instead of a mutex, of which the event queue has one
-// already.
+// A spin lock, since two threads rarely allocate at once, and the event queue has a mutex already.
 class FillingLock {
   public:
     FillingLock() {
@@ -68,7 +67,7 @@ class FillingLock {
     static inline std::atomic_flag busy_;
 };
 
-// The piece that the next blocks go into. Releasing a block needs none of this.
+// The piece that the next events go into. Releasing a event needs none of this.
 struct Filling {
     Piece* piece = nullptr;
     std::size_t used = 0;

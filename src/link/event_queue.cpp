@@ -12,54 +12,54 @@ namespace {
 
 using SteadyClock = std::chrono::steady_clock;
 
-// Blocks delivered between two looks at the clock: a few microseconds' work.
-constexpr int kBlocksPerLook = 16;
+// Events delivered between two looks at the clock: a few microseconds' work.
+constexpr int kEventsPerLook = 16;
 
-std::intptr_t addressOf(const QueuedEvent& block) {
-    // A server stop carries no block in its message.
-    return block.message() == private_message::kServerStop ? 0 : reinterpret_cast<std::intptr_t>(&block);
+std::intptr_t addressOf(const QueuedEvent& event) {
+    // A server stop carries no event in its message.
+    return event.message() == private_message::kServerStop ? 0 : reinterpret_cast<std::intptr_t>(&event);
 }
 
 }  // namespace
 
 EventQueue::EventQueue(WindowPoster& poster, Receiver receive) : poster_(poster), receive_(std::move(receive)) {}
 
-void EventQueue::put(std::unique_ptr<QueuedEvent> block) {
-    const std::uint32_t message = block->message();
-    const std::uintptr_t wParam = block->wParam();
-    const std::intptr_t lParam = addressOf(*block);
+void EventQueue::put(std::unique_ptr<QueuedEvent> event) {
+    const std::uint32_t message = event->message();
+    const std::uintptr_t wParam = event->wParam();
+    const std::intptr_t lParam = addressOf(*event);
     {
         const std::lock_guard lock(mutex_);
         if (pending_) {
-            queue_.append(std::move(block));
+            queue_.append(std::move(event));
             return;
         }
         pending_ = true;
-        posted_ = std::move(block);
+        posted_ = std::move(event);
     }
-    // Not under the lock: the window may already be draining, and takes the block before its message comes.
+    // Not under the lock: the window may already be draining, and takes the event before its message comes.
     if (!poster_.post(message, wParam, lParam)) poster_.requestTimer();
 }
 
-bool EventQueue::putAndWait(std::unique_ptr<QueuedEvent> block) {
-    const QueuedEvent* const mine = block.get();
-    const std::uint32_t message = block->message();
-    const std::uintptr_t wParam = block->wParam();
-    const std::intptr_t lParam = addressOf(*block);
+bool EventQueue::putAndWait(std::unique_ptr<QueuedEvent> event) {
+    const QueuedEvent* const mine = event.get();
+    const std::uint32_t message = event->message();
+    const std::uintptr_t wParam = event->wParam();
+    const std::intptr_t lParam = addressOf(*event);
     std::unique_lock lock(mutex_);
     if (closed_) {
         lock.unlock();
-        put(std::move(block));
+        put(std::move(event));
         return false;
     }
     pending_ = true;
-    queue_.append(std::move(block));
+    queue_.append(std::move(event));
     waitingFor_ = mine;
     while (waitingFor_ == mine && !closed_) {
         lock.unlock();
         const bool handled = poster_.send(message, wParam, lParam);
         lock.lock();
-        // The handler may have run out of its budget before it came to this block; a timer brings it there.
+        // The handler may have run out of its budget before it came to this event; a timer brings it there.
         const auto pause = std::chrono::milliseconds(handled ? 100 : 10);
         delivered_.wait_for(lock, pause, [&] { return waitingFor_ != mine || closed_; });
     }
@@ -71,10 +71,10 @@ bool EventQueue::putAndWait(std::unique_ptr<QueuedEvent> block) {
 bool EventQueue::drain() {
     const auto end = SteadyClock::now() + std::chrono::milliseconds(kBudget);
     for (int count = 0;; ++count) {
-        std::unique_ptr<QueuedEvent> block = takeNext();
-        if (block == nullptr) return true;
-        if (!deliver(std::move(block))) return false;
-        if (count % kBlocksPerLook == kBlocksPerLook - 1 && SteadyClock::now() >= end) return !isPending();
+        std::unique_ptr<QueuedEvent> event = takeNext();
+        if (event == nullptr) return true;
+        if (!deliver(std::move(event))) return false;
+        if (count % kEventsPerLook == kEventsPerLook - 1 && SteadyClock::now() >= end) return !isPending();
     }
 }
 
@@ -90,15 +90,15 @@ std::unique_ptr<QueuedEvent> EventQueue::takeNext() {
     return local_.takeFirst();
 }
 
-// Returns false when the block was kept for later.
-bool EventQueue::deliver(std::unique_ptr<QueuedEvent> block) {
-    const QueuedEvent* const delivered = block.get();
-    const bool mayBeAwaited = block->message() == private_message::kNewIntercom;
+// Returns false when the event was kept for later.
+bool EventQueue::deliver(std::unique_ptr<QueuedEvent> event) {
+    const QueuedEvent* const delivered = event.get();
+    const bool mayBeAwaited = event->message() == private_message::kNewIntercom;
     try {
-        receive_(std::move(block));
+        receive_(std::move(event));
         failingSince_.reset();
     } catch (const std::exception&) {
-        if (keepForLater(block)) return false;
+        if (keepForLater(event)) return false;
         ++lost_;
     }
     if (!mayBeAwaited) return true;
@@ -110,13 +110,13 @@ bool EventQueue::deliver(std::unique_ptr<QueuedEvent> block) {
     return true;
 }
 
-// While a shortage lasts, only the block that met it first is waited for.
-bool EventQueue::keepForLater(std::unique_ptr<QueuedEvent>& block) {
+// While a shortage lasts, only the event that met it first is waited for.
+bool EventQueue::keepForLater(std::unique_ptr<QueuedEvent>& event) {
     const auto now = SteadyClock::now();
     const bool isFirst = !failingSince_;
     if (isFirst) failingSince_ = now;
-    if (block == nullptr || (!isFirst && now - *failingSince_ >= patience())) return false;
-    local_.prepend(std::move(block));
+    if (event == nullptr || (!isFirst && now - *failingSince_ >= patience())) return false;
+    local_.prepend(std::move(event));
     return true;
 }
 

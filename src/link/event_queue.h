@@ -1,4 +1,4 @@
-// Carries event blocks from the library's thread to the user-interface thread, in order and without loss.
+// Passes events from the library's thread to the user-interface thread, in order and without loss.
 #pragma once
 
 #include <atomic>
@@ -27,45 +27,45 @@ class WindowPoster {
     virtual void requestTimer() = 0;
 };
 
-// Purpose: an event posts its private message with its block while nothing is pending; while something is, further
-// blocks queue up behind it. Windows holds at most 10,000 posted messages for a window, and a queue of our own is two
-// hundred times as fast.
+// Purpose: an event posts its private message only if the queue is empty; otherwise it joins the queue, in order.
+// Windows holds at most 10,000 posted messages for a window, and a queue of our own is two hundred times as fast.
 //
-// Threads: put() and putAndWait() belong to the library's thread (one caller at a time); close() to any thread; the
-// rest to the user-interface thread. Guarantees: blocks are delivered one by one in the order in which they were put,
-// whatever their kind and whichever way woke the window. Nothing is lost: a refused post leaves its block in the queue
-// and asks for a timer. A private message that another program forges finds no block and does nothing. The destructor
-// frees what was not delivered. A receiver that throws, for want of memory, gets the block that it left again, before
-// all others, until patience() is over; the block is lost then, and counted.
+// Threads: put() and putAndWait() belong to the library's thread, one caller at a time. The rest belongs to the
+// user-interface thread, unless it says otherwise.
+// Guarantees: events are delivered one by one in the order in which they were put, whatever their kind. If a post
+// fails, the event stays in the queue and a timer is requested. A private message that another program forges finds no
+// event and does nothing. While there is memory, nothing is lost. If the receiver throws for lack of memory, it gets
+// the same event again, before all others, until patience() is over; then the event is lost and counted. The destructor
+// frees what was not delivered.
 class EventQueue {
   public:
-    // Takes the block or leaves it.
+    // Takes the event or leaves it.
     using Receiver = std::function<void(std::unique_ptr<QueuedEvent>&&)>;
 
-    // `poster` outlives the event queue. `receive` is called for each block on the user-interface thread.
+    // `poster` outlives the event queue. `receive` is called for each event on the user-interface thread.
     EventQueue(WindowPoster& poster, Receiver receive);
 
-    void put(std::unique_ptr<QueuedEvent> block);
+    void put(std::unique_ptr<QueuedEvent> event);
 
-    // Puts the block and waits until its handler has returned. Returns false when close() came first; the block is then
+    // Puts the event and waits until its handler has returned. Returns false when close() came first; the event is then
     // still delivered or freed like any other.
-    bool putAndWait(std::unique_ptr<QueuedEvent> block);
+    bool putAndWait(std::unique_ptr<QueuedEvent> event);
 
-    // The handler of every private message, and of the timer that goes on where it stopped: delivers what is pending
-    // for at most kBudget. Returns true when nothing is left; otherwise the caller sees to it that it is called again,
-    // from a timer or when the window is idle, never by a message posted to itself. The message's lParam is not read:
-    // a timer may have delivered its block already, and a forged one is no block.
+    // Delivers what is pending, for at most kBudget. Called for every private message, and by a timer. Returns true
+    // when nothing is left. Otherwise call it again from a timer or when the window is idle, but never post a message
+    // for it: posted messages go before input and painting. The message's lParam is not read: its event may have been
+    // delivered already, and a forged one is no event.
     bool drain();
 
     bool isPending() const;
-    // Blocks lost since the last call.
+    // Events lost since the last call.
     std::size_t takeLostCount() { return std::exchange(lost_, 0); }
 
-    // How long a shortage of memory may last before it costs events; what fails is tried again once at least. Any
-    // thread; changed by tests only.
+    // How long a lack of memory may last before it costs events; what fails is tried again at least once. Any thread.
+    // Only tests change it.
     std::chrono::milliseconds patience() const { return patience_.load(std::memory_order_relaxed); }
     void setPatience(std::chrono::milliseconds patience) { patience_.store(patience, std::memory_order_relaxed); }
-    // Waits a moment for the other thread to make room; false when close() has ended all waiting. The library's thread.
+    // Waits a moment for the other thread to free memory; false when the link is being closed. The library's thread.
     bool waitForRoom();
 
     // While one lives, nobody waits for the window: a putAndWait() under way and every later one return at once. For a
@@ -90,8 +90,8 @@ class EventQueue {
 
   private:
     void setClosed(bool closed);
-    bool deliver(std::unique_ptr<QueuedEvent> block);
-    bool keepForLater(std::unique_ptr<QueuedEvent>& block);
+    bool deliver(std::unique_ptr<QueuedEvent> event);
+    bool keepForLater(std::unique_ptr<QueuedEvent>& event);
     std::unique_ptr<QueuedEvent> takeNext();
 
     WindowPoster& poster_;
@@ -99,11 +99,11 @@ class EventQueue {
 
     mutable std::mutex mutex_;  // guards everything down to waitingFor_
     std::condition_variable delivered_;
-    bool pending_ = false;  // a block was put and the last one is not yet delivered
+    bool pending_ = false;  // a event was put and the last one is not yet delivered
     bool closed_ = false;
     std::unique_ptr<QueuedEvent> posted_;  // rides in a posted message; before everything in queue_
     EventChain queue_;
-    const QueuedEvent* waitingFor_ = nullptr;  // the block of a putAndWait() under way
+    const QueuedEvent* waitingFor_ = nullptr;  // the event of a putAndWait() under way
 
     std::atomic<std::chrono::milliseconds> patience_{std::chrono::milliseconds(1000)};
 

@@ -25,8 +25,8 @@ std::unique_ptr<VariableEvent> VariableEvent::make(const KSVariableNotification&
     return std::unique_ptr<VariableEvent>(::new (memory) VariableEvent(notification, nameLength, textLength));
 }
 
-void EventChain::append(std::unique_ptr<QueuedEvent> block) {
-    QueuedEvent* added = block.release();
+void EventChain::append(std::unique_ptr<QueuedEvent> event) {
+    QueuedEvent* added = event.release();
     added->next_ = nullptr;
     if (tail_ != nullptr)
         tail_->next_ = added;
@@ -35,8 +35,8 @@ void EventChain::append(std::unique_ptr<QueuedEvent> block) {
     tail_ = added;
 }
 
-void EventChain::prepend(std::unique_ptr<QueuedEvent> block) {
-    QueuedEvent* added = block.release();
+void EventChain::prepend(std::unique_ptr<QueuedEvent> event) {
+    QueuedEvent* added = event.release();
     added->next_ = head_;
     head_ = added;
     if (tail_ == nullptr) tail_ = added;

@@ -14,7 +14,7 @@
 
 namespace orvc {
 
-// The base of all blocks: owned by exactly one place at a time, first the callback, then the event queue, then the
+// The base of all events: owned by exactly one place at a time, first the callback, then the event queue, then the
 // handler.
 class QueuedEvent {
   public:
@@ -36,7 +36,7 @@ class QueuedEvent {
     std::uintptr_t wParam_;
 };
 
-// A block that holds one of the library's fixed-size records.
+// A event that holds one of the library's fixed-size records.
 template <typename Record>
 class RecordEvent final : public QueuedEvent {
   public:
@@ -114,7 +114,7 @@ class VariableEvent final : public QueuedEvent {
     bool hasText_;
 };
 
-// A first-in-first-out chain of blocks. Not synchronised; frees what it still holds.
+// A first-in-first-out chain of events. Not synchronised; frees what it still holds.
 class EventChain {
   public:
     EventChain() = default;
@@ -126,8 +126,8 @@ class EventChain {
     ~EventChain() { clear(); }
 
     bool isEmpty() const { return head_ == nullptr; }
-    void append(std::unique_ptr<QueuedEvent> block);
-    void prepend(std::unique_ptr<QueuedEvent> block);
+    void append(std::unique_ptr<QueuedEvent> event);
+    void prepend(std::unique_ptr<QueuedEvent> event);
     std::unique_ptr<QueuedEvent> takeFirst();  // null when empty
     void clear();
     void swap(EventChain& other) noexcept;

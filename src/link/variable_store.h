@@ -49,8 +49,8 @@ class VariableStore {
         return lookUp(name, table_.hashOf(name), type);
     }
 
-    // Applies one notification: stores the variable and routes it, or removes it when its type says so. The owners are
-    // told of the deletion of a whole key, never of a single value's.
+    // Applies one notification: stores the variable and routes it, or removes it when its type says so. The owners hear
+    // of the deletion of a whole key, never of a single value's.
     void doSystemVariableUpdate(const Variable& notification);
 
     std::size_t size() const { return table_.size(); }

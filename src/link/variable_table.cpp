@@ -91,7 +91,7 @@ void VariableTable::addFreeNodes() {
     }
 }
 
-// Files every variable anew under the hash of its whole name. Those of one name keep their order.
+// Files every variable again, under the hash of its whole name. Those of one name keep their order.
 void VariableTable::spread() {
     std::vector<NodeIndex> all;
     try {

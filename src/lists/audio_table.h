@@ -12,7 +12,7 @@
 
 namespace orvc {
 
-// Purpose: lists each message's name once, in byte order; of several messages with one name the last told.
+// Purpose: lists each message's name once, in byte order; of several with one name the one sent last.
 // Thread: user-interface thread. The messages are copied.
 class AudioTable final : public ListSource {
   public:

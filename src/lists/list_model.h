@@ -118,7 +118,7 @@ class ListModel {
 
     // ---- Order and filter
 
-    // Orders all rows anew. Rows of equal texts keep their order.
+    // Sorts all rows by another text. Rows of equal texts keep their order.
     void orderBy(OrderKey orderKey) {
         settle();
         std::vector<std::string> orders;
@@ -247,7 +247,7 @@ class ListModel {
         if (filter_ && node.isShown) shown_.erase(placeOf(shown_, node));
         all_.erase(placeOf(all_, node));
     }
-    void put(Node& node) {  // into room that take() left
+    void put(Node& node) {  // where take() left space
         all_.insert(placeOf(all_, node), &node);
         if (!node.isShown) deselect(node);
         if (filter_ && node.isShown) shown_.insert(placeOf(shown_, node), &node);

@@ -20,7 +20,7 @@ auto findIn(const Map& map, const Key& key) -> typename Map::mapped_type {
     return found != map.end() ? found->second : nullptr;
 }
 
-// Overflow states: 1 is shown as overflowing; a change from or to 2 is always told.
+// Overflow states: 1 is shown as overflowing; a change from or to 2 is always logged.
 constexpr std::uint32_t kOverflowing = 1;
 constexpr std::uint32_t kOverflowStateToReport = 2;
 

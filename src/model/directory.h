@@ -1,4 +1,4 @@
-// What the server tells about its installation: devices, groups with their members, audio messages, call queues.
+// What the server has sent about its installation: devices, groups with their members, audio messages, call queues.
 #pragma once
 
 #include <cstdint>
@@ -57,7 +57,7 @@ class Directory {
     // A new or re-connected intercom: found by its MAC and refreshed, or put at the head of the list.
     void updateDevice(const KSConnectionInfo& info, const std::optional<KSExtraIntercomInfo>& extra,
                       std::int32_t socket);
-    // A group, new or told again; its members are forgotten then.
+    // A group, new or sent again; its members are forgotten then.
     void updateGroup(const KSGroupRecord& record);
     void doNewGroupMember(std::uint32_t groupId, const KSMac& mac);
     void doNewGroupMessageInfo(const KSMessageRecord& record);

@@ -11,8 +11,7 @@ namespace orvc {
 // Thread: user-interface thread. Whoever asks for a file says so first, and then looks for isComplete().
 class FileReader {
   public:
-    // Discards what was received and takes chunks of `file` only: those of a file that was asked for before and given
-    // up may still come.
+    // Clears the data and accepts only chunks of `file`: an abandoned read may still deliver.
     void expect(const KSGuid& file) {
         clear();
         expected_ = file;

@@ -76,7 +76,7 @@ void LogonSequence::onFailure(std::int32_t code, const LogonEntry& entry) {
         return;
     }
     // A retry shows no box: the support log has the reason.
-    if (!text.empty()) log_.log("%s", text.c_str());
+    if (!text.empty()) log_.log("doLogon: %s", text.c_str());
     view_.setTitle(strings_.text(IDS_LOGON_WAITING));
     countdown_ = kRetrySeconds;
     view_.startCountdownTimer();

@@ -20,9 +20,9 @@ constexpr EventTimers kEventTimers{timer::kSubscriptionStart, timer::kSubscripti
                                    timer::kReloadPeriod};
 
 // The tracking file goes to support: it never holds a password.
-const char* loggableText(const VariableEvent& block) {
-    const char* const text = block.text() != nullptr ? block.text() : "";
-    return *text != '\0' && MailSettings::isPassword(block.nameView()) ? "***" : text;
+const char* loggableText(const VariableEvent& event) {
+    const char* const text = event.text() != nullptr ? event.text() : "";
+    return *text != '\0' && MailSettings::isPassword(event.nameView()) ? "***" : text;
 }
 
 }  // namespace
@@ -38,7 +38,7 @@ Session::Session(SessionHost& host, ServerLink& link, WindowPoster& poster, Trac
       events_(eventObserver, log, clock),
       schedules_(log, clock),
       store_(log),
-      eventQueue_(poster, [this](const std::unique_ptr<QueuedEvent>& block) { receive(*block); }),
+      eventQueue_(poster, [this](const std::unique_ptr<QueuedEvent>& event) { receive(*event); }),
       callback_(eventQueue_, log, clock, kEventTimers),
       gate_(link, {events_, schedules_, mailSettings_, directory_}, log, clock),
       logonLink_(*this) {
@@ -153,7 +153,7 @@ void Session::takeLogon(const LogonOutcome& outcome) {
     host_.saveSettings();
 }
 
-// The library's thread may wait for this one, which is about to wait for it.
+// Avoid a deadlock: the library's thread may be waiting for this one.
 std::int32_t Session::stopLink() {
     const EventQueue::NoWaiting release(eventQueue_);
     return link_.stop();
@@ -210,70 +210,70 @@ void Session::logStopped() {
     }
 }
 
-void Session::receive(const QueuedEvent& block) {
-    switch (block.message()) {
+void Session::receive(const QueuedEvent& event) {
+    switch (event.message()) {
         case private_message::kNewIntercom:
-            onConnection(static_cast<const ConnectionEvent&>(block));
+            onConnection(static_cast<const ConnectionEvent&>(event));
             break;
         case private_message::kServerStop:
             onServerStop();
             break;
         case private_message::kGroupInformation:
-            directory_.updateGroup(static_cast<const GroupEvent&>(block).record);
+            directory_.updateGroup(static_cast<const GroupEvent&>(event).record);
             break;
         case private_message::kGroupMember:
-            directory_.doNewGroupMember(static_cast<std::uint32_t>(block.wParam()),
-                                        static_cast<const MemberEvent&>(block).record);
+            directory_.doNewGroupMember(static_cast<std::uint32_t>(event.wParam()),
+                                        static_cast<const MemberEvent&>(event).record);
             break;
         case private_message::kVariable:
-            onVariable(static_cast<const VariableEvent&>(block));
+            onVariable(static_cast<const VariableEvent&>(event));
             break;
         case private_message::kFileData:
-            fileReader_.append(static_cast<const FileDataEvent&>(block).file,
-                               static_cast<const FileDataEvent&>(block).bytes);
+            fileReader_.append(static_cast<const FileDataEvent&>(event).file,
+                               static_cast<const FileDataEvent&>(event).bytes);
             break;
         case private_message::kNewQueueMembership:
-            directory_.addQueueMembership(static_cast<const CallQueueEvent&>(block).record);
+            directory_.addQueueMembership(static_cast<const CallQueueEvent&>(event).record);
             break;
         case private_message::kQueueMembershipUpdate:
-            directory_.updateQueueMembership(static_cast<const CallQueueEvent&>(block).record);
+            directory_.updateQueueMembership(static_cast<const CallQueueEvent&>(event).record);
             break;
         case private_message::kServerGroup:
-            directory_.addServerGroup(static_cast<const ServerGroupEvent&>(block).record);
+            directory_.addServerGroup(static_cast<const ServerGroupEvent&>(event).record);
             break;
         case private_message::kGroupMessage:
-            directory_.doNewGroupMessageInfo(static_cast<const AudioMessageEvent&>(block).record);
+            directory_.doNewGroupMessageInfo(static_cast<const AudioMessageEvent&>(event).record);
             break;
         case private_message::kStartTimer:
-            host_.startTimer(block.wParam(), static_cast<const TimerEvent&>(block).period);
+            host_.startTimer(event.wParam(), static_cast<const TimerEvent&>(event).period);
             break;
         default:
             break;
     }
 }
 
-void Session::onConnection(const ConnectionEvent& block) {
+void Session::onConnection(const ConnectionEvent& event) {
     try {
-        directory_.updateDevice(block.info, block.extra, block.socket());
+        directory_.updateDevice(event.info, event.extra, event.socket());
     } catch (const std::exception&) {
         log_.log("OnCallDoNewIntercom: Caught from doNewIntercom");
         throw;  // it is delivered again
     }
 }
 
-void Session::onVariable(const VariableEvent& block) {
+void Session::onVariable(const VariableEvent& event) {
     if (log_.isTakingLines()) {
-        const std::uint32_t kind = block.type() & variable_type::kKindMask;
-        if ((block.type() & variable_type::kValue) == 0)
-            log_.log("Received subscription variable information for %s (key 0x%08x)", block.name(), block.type());
+        const std::uint32_t kind = event.type() & variable_type::kKindMask;
+        if ((event.type() & variable_type::kValue) == 0)
+            log_.log("Received subscription variable information for %s (key 0x%08x)", event.name(), event.type());
         else if (kind == variable_type::kStringKind)
-            log_.log("Received subscription variable information for %s (string variable '%s' 0x%08x)", block.name(),
-                     loggableText(block), block.type());
+            log_.log("Received subscription variable information for %s (string variable '%s' 0x%08x)", event.name(),
+                     loggableText(event), event.type());
         else if (kind == variable_type::kDwordKind)
-            log_.log("Received subscription variable information for %s (dword variable %d 0x%08x)", block.name(),
-                     static_cast<int>(block.number()), block.type());
+            log_.log("Received subscription variable information for %s (dword variable %d 0x%08x)", event.name(),
+                     static_cast<int>(event.number()), event.type());
     }
-    const Variable variable{block.nameView(), block.type(), block.textView(), block.number()};
+    const Variable variable{event.nameView(), event.type(), event.textView(), event.number()};
     gate_.observe(variable);
     store_.doSystemVariableUpdate(variable);
 }

@@ -48,7 +48,7 @@ class ReentrancyCounter {
 // Thread: everything belongs to the user-interface thread, but for callback(), which is called on the library's.
 // Lifetime: what the constructor takes outlives the session.
 // Guarantees: a timer that fires while another timer's work runs does nothing; nothing is called in the library after
-// doShutdown(). What fails for want of memory throws out of the call and is done by a later tick or delivery; only an
+// doShutdown(). What fails for lack of memory throws out of the call and is done by a later tick or delivery; only an
 // event that could not be handled for a whole second is lost, which is logged.
 class Session {
   public:
@@ -95,9 +95,9 @@ class Session {
     const VariableStore& store() const { return store_; }
 
   private:
-    void receive(const QueuedEvent& block);
-    void onVariable(const VariableEvent& block);
-    void onConnection(const ConnectionEvent& block);
+    void receive(const QueuedEvent& event);
+    void onVariable(const VariableEvent& event);
+    void onConnection(const ConnectionEvent& event);
     void onServerStop();
 
     std::int32_t stopLink();

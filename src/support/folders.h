@@ -24,7 +24,7 @@ class FileSystem {
 // The call-queue scratch folder below `temporaryFolder` (the environment's "temp"), with a trailing backslash.
 std::string callQueueFolder(const std::string& temporaryFolder);
 
-// Empties the scratch folder and makes it anew. Returns false when there is no such folder afterwards; one that could
+// Empties the scratch folder and makes it again. Returns false when there is no such folder afterwards; one that could
 // not be removed but is still there will do.
 bool prepareCallQueueFolder(FileSystem& files, const std::string& folder);
 

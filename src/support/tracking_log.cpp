@@ -124,7 +124,7 @@ void TrackingLog::makeLine(bool counted, std::string_view message) {
     system_.writeToDebugger(toDebugger.c_str());
 }
 
-// The chunk that the next line goes into, with room for it: a line is queued whole or, when there is no memory for it,
+// The chunk that the next line goes into, with space for it: a line is queued whole or, when there is no memory for it,
 // not at all.
 std::string& TrackingLog::roomForLocked(std::size_t size) {
     if (queue_.empty() || queue_.back().size() + size > kChunkSize) {

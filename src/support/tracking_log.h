@@ -48,7 +48,7 @@ class LogSystem {
 // user-interface thread. A caller formats on its own stack and appends to a queue under a short lock.
 // Lifetime: `system` and `clock` outlive the log. The destructor closes the file.
 // Guarantees: lines keep the order in which they were queued; every line queued before a close is in the file after it,
-// unless a write failed. A message longer than its buffer is cut. Failures, want of memory included, are told to the
+// unless a write failed. A message longer than its buffer is cut. Failures, lack of memory included, go to the
 // debugger output only: log(), logUncounted() and OpenCloseDebugFile() throw nothing.
 //
 // While start-up lasts (from construction until endStartUp()) lines with a counter are taken whatever the recording

@@ -10,7 +10,7 @@
 
 namespace orvc::win32 {
 
-// Fills a drop-down list anew, in one repaint. No notification is sent.
+// Empties and fills a drop-down list, in one repaint. No notification is sent.
 class DropDownFill {
   public:
     // Empties the list. `count` entries are to come.

@@ -104,7 +104,7 @@ using HelpHandler = std::function<void(unsigned topic)>;
 inline constexpr unsigned kMessageBoxTopic = 0;
 void setHelpHandler(HelpHandler handler);
 
-// Logs what an exception told that reached a window procedure or the message loop. Any failure goes to the debugger
+// Logs the text of an exception that reached a window procedure or the message loop. Any failure goes to the debugger
 // too.
 using FailureHandler = std::function<void(const char* what)>;
 void setFailureHandler(FailureHandler handler);

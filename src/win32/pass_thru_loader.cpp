@@ -17,7 +17,8 @@ constexpr const char* kDevelopmentLibrary = "..\\..\\KSPassThruConsoleDll\\Debug
 bool loadPassThruLibrary(KSServerLink& link, TrackingLog& log) {
     const HMODULE handle = LoadLibraryA(kLibraryName);
     if (handle == nullptr) {
-        log.log("Failed to open KSPassThru.dll");
+        log.log("Failed to open KSPassThru.dll (looked in '%s' and '%s')", programFolder().c_str(),
+                systemFolder().c_str());
         return false;
     }
     KSLibrary library;

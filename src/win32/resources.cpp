@@ -48,7 +48,7 @@ bool Resources::loadLanguage(const std::string& fileName) {
     return true;
 }
 
-// The same library may be a candidate twice, for the user and for the system; it is told once.
+// The same library may be a candidate twice, for the user and for the system; it is logged once.
 bool Resources::refuseLanguage(const std::string& path, const std::string& reason) {
     std::string line = "loadLanguage: Language library '" + path + "' is not used: " + reason;
     if (std::ranges::find(refusedLanguages_, line) == refusedLanguages_.end())

@@ -57,6 +57,12 @@ std::string programFolder() {
     return path.substr(0, path.rfind('\\'));
 }
 
+std::string systemFolder() {
+    std::string path(MAX_PATH, '\0');
+    path.resize(GetSystemDirectoryA(path.data(), MAX_PATH));
+    return path;
+}
+
 std::string applicationDataFolder() {
     char path[MAX_PATH] = "";
     return SHGetSpecialFolderPathA(nullptr, path, CSIDL_APPDATA, TRUE) ? path : "";

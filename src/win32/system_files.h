@@ -20,6 +20,8 @@ class SystemFiles final : public FileSystem {
 // Full path of the running program, and its folder without a trailing backslash.
 std::string programPath();
 std::string programFolder();
+// Windows' system folder.
+std::string systemFolder();
 // The current user's application-data folder; empty when Windows has none.
 std::string applicationDataFolder();
 // Value of an environment variable; empty when there is none.

@@ -15,8 +15,8 @@ class TrayIcon {
     TrayIcon(const TrayIcon&) = delete;
     TrayIcon& operator=(const TrayIcon&) = delete;
 
-    // The shell tells `window` of the mouse with `message` (lParam = mouse message). `icon` outlives this. Returns
-    // false when the shell does not show the icon, for want of a taskbar for instance.
+    // The shell sends `message` to `window` for the mouse (lParam = mouse message). `icon` outlives this. Returns
+    // false when the shell does not show the icon, for lack of a taskbar for instance.
     bool add(HWND window, UINT message, HICON icon, const std::string& tip);
     void remove();
     bool isShown() const { return window_ != nullptr; }

@@ -15,12 +15,13 @@ namespace orvc {
 class FakeLogSystem final : public LogSystem {
   public:
     std::unique_ptr<LogFile> openForAppending(const std::string& path) override {
+        if (onOpen) onOpen();
         const std::lock_guard lock(mutex_);
         return unopenable.contains(path) ? nullptr : std::make_unique<File>(*this, files_[path]);
     }
     bool removeFile(const std::string& path) override { return !inUse && files_.erase(path) != 0; }
     bool emptyFile(const std::string& path) override {
-        if (!files_.contains(path)) return false;
+        if (!files_.contains(path) || unopenable.contains(path)) return false;
         files_[path].clear();
         return true;
     }
@@ -46,7 +47,8 @@ class FakeLogSystem final : public LogSystem {
     }
 
     std::set<std::string> unopenable;
-    bool inUse = false;  // another program has the files open: none can be deleted
+    std::function<void()> onOpen;  // runs inside each opening
+    bool inUse = false;            // another program has the files open: none can be deleted
     std::atomic<bool> writesFail = false;
     std::atomic<bool> flushesFail = false;
     Journal* journal = nullptr;

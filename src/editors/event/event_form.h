@@ -87,7 +87,7 @@ class EventForm {
     void takeFetched(FetchedPayload fetched);
     // A sub-editor has closed, whether or not it was saved.
     void rewriteResponseLine();
-    // The set of Schedules may have changed: lists it anew and keeps the choice where it is still there.
+    // The set of Schedules may have changed: lists it again and keeps the choice if it is still there.
     void refreshSchedules();
 
     EventFormEnabling enabling() const;
@@ -99,7 +99,7 @@ class EventForm {
     const std::vector<ScheduleChoice>& schedules() const { return scheduleChoices_; }
     std::vector<std::string> responseTexts() const;
     const std::vector<Place>& destinations() const { return destinations_; }
-    // Grow when a list is filled anew.
+    // Grow when a list is filled again.
     unsigned sourceRevision() const { return sourceRevision_; }
     unsigned responseRevision() const { return responseRevision_; }
     unsigned destinationRevision() const { return destinationRevision_; }

@@ -36,7 +36,7 @@ std::vector<Place> listPlaces(const Directory& directory, const StringTable& str
         const std::string key(group.key());
         places.push_back({PlaceKind::kGroup, {}, key, fillIn(groupFormat, {key})});
     }
-    // Each stands before its equals that came earlier. Sorted by pointer: a place is dear to move.
+    // Of equal texts the later comes first. Sort pointers: moving a place is expensive.
     std::vector<Place*> order;
     order.reserve(places.size());
     for (auto place = places.rbegin(); place != places.rend(); ++place)

@@ -29,7 +29,7 @@ struct Place {
 };
 
 // A placeholder first, then every device and group in ascending byte order of the texts; of equal texts the one that
-// the directory tells later comes first.
+// the directory lists later comes first.
 std::vector<Place> listPlaces(const Directory& directory, const StringTable& strings, unsigned placeholderId);
 
 // The entry of a device, or of a group when the device is none; empty when there is none or neither is named.

@@ -11,7 +11,7 @@ constexpr int kNone = -1;
 constexpr int kEndOfDay = WeekMask::kSlotsPerDay;
 constexpr int kHoursPerHalf = 12;
 
-// What is told about a period; 0 where nothing can be wrong.
+// The messages about a period; 0 where nothing can be wrong.
 struct PeriodMessages {
     unsigned noEnd;
     unsigned startsTooEarly;

@@ -28,8 +28,8 @@ TimeChoice choiceAt(int position);
 
 // Purpose: what the schedule editor holds, checks and enables.
 //
-// The dialog copies `name` and `times` to and from its controls; everything else is asked for. A failed check is told
-// by the id of its message. Days are 0 (Sunday) to 6.
+// The dialog copies `name` and `times` to and from its controls; everything else is asked for. A failed check
+// returns the id of its message. Days are 0 (Sunday) to 6.
 // Thread: user-interface thread. Lifetime: the record outlives the form and is written in place: a day when it is left,
 // the name when the form is saved.
 class ScheduleForm {

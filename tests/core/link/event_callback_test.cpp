@@ -46,10 +46,15 @@ TEST_F(EventCallbackTest, EventsWithoutARecordAreLoggedOrIgnored) {
     const std::pair<std::uint32_t, const char*> rows[] = {
         {0, "log: 50% of %s"},
         {3, "log: Intercom -12 Event Error"},
+        {5, "log: Intercom -12 Event Audio High Mark"},
+        {11, "log: Event GPIO State Change"},
         {15, "1403 0: "},
+        {18, "log: Unserviced Event 18 called back"},
         {30, "log: Console user 50% of %s connected"},
+        {31, "log: Console user 50% of %s disconnected"},
         {100, "log: Console initialization is complete; 1410 4: 10 ms"},
         {101, "log: Console settings update is available; 1410 5: 100 ms"},
+        {121 + 1, "log: Unserviced Event 122 called back"},
         {0xFFFFFFFF, "log: Unserviced Event -1 called back"}};
     for (const auto& [code, lines] : rows)
         EXPECT_EQ(event(code, -12, "50% of %s"), lines) << code;

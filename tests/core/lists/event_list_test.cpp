@@ -128,10 +128,12 @@ TEST_F(EventListTest, ADeletedKeyTakesItsRecordAlong) {
                              "\\ORVS\\Events\\{3}\\", "\\ORVS\\Schedules\\{1}\\"})
         list_.removeKey(path);
     EXPECT_EQ(rows(), "a; b");
-    list_.removeKey("\\ORVS\\Events\\{1}\\");
-    EXPECT_EQ(rows(), "b");
+    for (const char* key : {"{1}", "{2}"})  // the second was updated last
+        list_.removeKey(std::string("\\ORVS\\Events\\").append(key).append("\\"));
+    EXPECT_EQ(rows(), "");
+    show("{2}", "again");
     show("{1}", "again");
-    EXPECT_EQ(rows(), "again; b") << "nothing is left of the one before";
+    EXPECT_EQ(rows(), "again; again") << "nothing is left of those before";
 }
 
 }  // namespace

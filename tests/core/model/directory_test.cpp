@@ -72,5 +72,48 @@ TEST_F(DirectoryTest, AGroupToldAgainLosesItsMembersAndMayHaveAnotherId) {
     EXPECT_EQ(found.members.size(), 1u);
 }
 
+TEST_F(DirectoryTest, AnAudioMessageIsOneEntryHoweverOftenItIsSent) {
+    const auto message = [this](std::string_view name, std::string_view key) {
+        KSMessageRecord record{};
+        setFieldText(record.name, name);
+        setFieldText(record.key, key);
+        directory_.doNewGroupMessageInfo(record);
+    };
+    message("Chime", "c");
+    message("Fire", "f");
+    message("Chime, renamed", "c");
+    message("End", "");
+    ASSERT_EQ(directory_.messages().size(), 2u);
+    EXPECT_EQ(directory_.messages().front().name(), "Chime, renamed") << "newest first";
+    EXPECT_EQ(directory_.findMessage("c")->name(), "Chime, renamed");
+    EXPECT_EQ(directory_.findMessage("f")->name(), "Fire");
+}
+
+TEST_F(DirectoryTest, ACallQueuesOverflowIsLoggedFromItsBeginningToItsEnd) {
+    const auto queue = [this](bool isNew, std::uint32_t overflowing, std::uint32_t state, std::uint32_t attended) {
+        KSQueueRecord record{.identity = 7, .overflowing = overflowing, .overflowState = state, .attended = attended};
+        setFieldText(record.name, "Ward");
+        if (isNew)
+            directory_.addQueueMembership(record);
+        else
+            directory_.updateQueueMembership(record);
+        return journal_.take();
+    };
+    EXPECT_EQ(queue(true, 0, 0, 1), "log: New Queue Membership in Ward is Attended");
+    EXPECT_EQ(
+        queue(true, 1, 1, 0),
+        "log: New Queue membership in 'Ward' and is Overflowing; log: New Queue Membership in Ward is Unattended");
+    EXPECT_EQ(queue(false, 0, 2, 1),
+              "log: Update Queue membership in Ward and is Underflowing; log: Update Queue Membership in Ward is "
+              "Attended");
+    EXPECT_EQ(queue(false, 0, 0, 1),
+              "log: Update Queue membership in Ward and is Underflowing; log: Update Queue Membership in Ward is "
+              "Attended")
+        << "the end";
+    EXPECT_EQ(queue(false, 0, 0, 1), "log: Update Queue Membership in Ward is Attended");
+    directory_.clear();
+    EXPECT_EQ(queue(false, 0, 0, 0), "log: Update Queue Membership in Ward is Unattended") << "nothing is left of it";
+}
+
 }  // namespace
 }  // namespace orvc

@@ -53,6 +53,10 @@ TEST_F(ScheduleListTest, RecordsFollowTheBuiltInOneAndKeepThePathTheyWereMadeUnd
     list_.clear();
     EXPECT_EQ(names(), "All Days, All Day");
     EXPECT_EQ(list_.find("{Default}")->hours, WeekMask::everySlot());
+    EXPECT_TRUE(list_.takeUpdates());
+    list_.clear();
+    EXPECT_TRUE(list_.takeUpdates()) << "an open list must empty itself";
+    EXPECT_FALSE(list_.takeUpdates());
 }
 
 TEST_F(ScheduleListTest, ASavedScheduleIsFoundUnderItsKeyWhereverItWasReceived) {

@@ -56,14 +56,14 @@ TEST_F(LogonSequenceTest, TheFirstFailureIsSilentAndLaterOnesAreToldOrRetriedByT
     }
     const std::pair<std::int32_t, const char*> retried[] = {{-5, "#107"}, {-2, "-2: nobody at 10.0.0.9:3010"}};
     for (const auto& [code, text] : retried)
-        EXPECT_EQ(attempt(code), kAttempt + "log: " + text + "; " + kRetry);
+        EXPECT_EQ(attempt(code), kAttempt + "log: doLogon: " + text + "; " + kRetry);
 }
 
 TEST_F(LogonSequenceTest, TheCountdownEndsInAnotherAttempt) {
     attempt(-2);
     EXPECT_EQ(tick(), "title wait 9");
     EXPECT_EQ(tick(8), "title wait 1");
-    EXPECT_EQ(tick(), "title wait 0; stop timers; " + kAttempt + "log: -2: nobody at 10.0.0.9:3010; " + kRetry);
+    EXPECT_EQ(tick(), "title wait 0; stop timers; " + kAttempt + "log: doLogon: -2: nobody at 10.0.0.9:3010; " + kRetry);
     link_.startResult = {0, true};
     EXPECT_EQ(tick(10), "title wait 0; stop timers; " + kAttempt + "end: logged on");
 }
@@ -83,7 +83,7 @@ TEST_F(LogonSequenceTest, CancelEndsACountdownOrTheDialogButNoAttempt) {
         sequence_.attempt();
         sequence_.onTick();
     };
-    EXPECT_EQ(attempt(-5), kAttempt + "log: #107; " + kRetry) << "what is clicked meanwhile does nothing";
+    EXPECT_EQ(attempt(-5), kAttempt + "log: doLogon: #107; " + kRetry) << "what is clicked meanwhile does nothing";
     sequence_.cancel();
     journal_.take();
     sequence_.cancel();

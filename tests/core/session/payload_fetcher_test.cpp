@@ -46,6 +46,8 @@ TEST_F(PayloadFetcherTest, TextAndEmailArriveInPieces) {
     EXPECT_FALSE(poll(form)) << "an empty chunk ends the file";
     deliver("");
     EXPECT_TRUE(poll(form));
+    log_.clock.seconds += 6;
+    EXPECT_FALSE(poll(form)) << "a last tick of the timer";
     EXPECT_EQ(form.spokenText(), "Fire!\r\nRun");
     EXPECT_EQ(form.responseLine(), "Say 'Fire!...'");
 
@@ -90,7 +92,10 @@ TEST_F(PayloadFetcherTest, ARefusedReadIsAnEmptyFileAndAnotherFilesBytesAreIgnor
     link_.refused = "KSFileRead";
     EventForm form = newForm();
     form.load(completeRecord(Response::kTtsMessage));
-    EXPECT_FALSE(fetcher_.start(PayloadKind::kSpokenText, "no guid"));
+    for (const char* guid : {"no guid", "{1-2-3", "{1-2-3-0405-06070809"}) {
+        EXPECT_FALSE(fetcher_.start(PayloadKind::kSpokenText, guid));
+        EXPECT_NE(journal_.take().find("KSFileRead {00000000-0000-"), std::string::npos) << guid;
+    }
     EXPECT_TRUE(poll(form)) << "at once";
     EXPECT_EQ(form.responseLine(), "Say 'Empty'");
     link_.refused.clear();

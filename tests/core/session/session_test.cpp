@@ -215,6 +215,37 @@ TEST_F(SessionTest, NoPasswordIsLogged) {
     EXPECT_NE(variable("\\ORVS\\userName", "mailer", 0, 0xC0000001).find("'mailer'"), std::string::npos);
 }
 
+TEST_F(SessionTest, ALogonIsKeptForTheNextStartAsItsBoxSays) {
+    for (const bool saves : {true, false}) {
+        settings_ = {};
+        host_.outcome.entry.saveCredentials = saves;
+        logOn();
+        EXPECT_EQ(settings_.userName + "/" + settings_.userPassword, saves ? "op/pw" : "/");
+        EXPECT_EQ(settings_.ipAddress + "/" + settings_.adapterName, "10.0.0.9/adapter for 10.0.0.9");
+        EXPECT_EQ(settings_.ipPort, 3011);
+        event(15);
+    }
+}
+
+TEST_F(SessionTest, WhatAnotherConsoleDeletesGoesAndItsOwnDeletionNeverTakesWhatWasMadeSince) {
+    becomeReady();
+    const std::string path = "\\ORVS\\Events\\{A}";
+    variable(path + "\\EventName", "a");
+    variable("\\ORVS\\Schedules\\{S}\\Name", "s");
+    const std::uint32_t deletedKey = variable_type::kKey | variable_type::kDeleted;
+    const std::uint32_t deletedValue = variable_type::kString | variable_type::kDeleted;
+    variable(path + "\\EventName", nullptr, 0, deletedValue);
+    EXPECT_EQ(session_.events().size(), 1u) << "a single value's deletion does not reach the record";
+    session_.apply({EventChange{*session_.events().find("{A}"), std::nullopt, {}}});
+    variable(path + "\\EventName", "made again");
+    variable(path + "\\", nullptr, 0, deletedKey);
+    EXPECT_EQ(session_.events().size(), 1u) << "a late echo";
+    variable(path + "\\", nullptr, 0, deletedKey);
+    EXPECT_EQ(session_.events().size(), 0u);
+    variable("\\ORVS\\Schedules\\{S}\\", nullptr, 0, deletedKey);
+    EXPECT_EQ(session_.schedules().records().size(), 1u) << "the built-in one";
+}
+
 TEST_F(SessionTest, AServerStopForgetsEverythingAndAsksForALogon) {
     becomeReady();
     group(1, "Doors", 0);
@@ -304,9 +335,13 @@ TEST_F(SessionTest, AServerStopClosesThePleaseWaitWindowBeforeTheLogonDialogCome
         const auto stop = [&] { EXPECT_NE(event(15).find("stop timer 6; close please-wait"), std::string::npos); };
         host_.onWait = inThePause ? stop : std::function<void()>();
         event(101);
-        timer(timer::kReload);
-        if (!inThePause) stop();
+        session_.onTimer(timer::kReload);
+        if (!inThePause) {
+            journal_.take();
+            stop();
+        }
         EXPECT_FALSE(session_.isReloading());
+        EXPECT_EQ(journal_.take().find("KSResendSettings"), std::string::npos) << "nobody is asked in the pause";
     }
 }
 

@@ -79,6 +79,41 @@ TEST_F(TrackingLogTest, StartUpIsAlwaysRecordedAndLaterOnlyWhatTheSettingLetsThr
     EXPECT_EQ(closedFile(), kBanner + kStamp + "(00000) start-up\n" + kBanner + kStamp + "uncounted\n");
 }
 
+TEST_F(TrackingLogTest, TheFileStaysOpenUntilTheEndOfStartUpWhateverTheSetting) {
+    log_.OpenCloseDebugFile(false, true);
+    log_.OpenCloseDebugFile(false, false);  // recording is off
+    log_.log("start-up");
+    EXPECT_EQ(log_.queueRaw("raw\n"), 1);
+    log_.endStartUp();
+    EXPECT_EQ(log_.queueRaw("raw"), 0);
+    EXPECT_EQ(system_.file(kPath), kBanner + kStamp + "(00000) start-up\nraw\n");
+}
+
+TEST_F(TrackingLogTest, LinesThatComeWhileTheFileIsOpenedAnewReachIt) {
+    startRecording();
+    system_.onOpen = [this] { log_.log("in between"); };
+    log_.OpenCloseDebugFile(false, false);
+    EXPECT_EQ(closedFile(), kBanner + kStamp + "(00000) in between\n" + kBanner);
+    // Without another file they go where lines go without a file.
+    startRecording();
+    system_.unopenable = {kPath, kRootPath};
+    system_.takeDebuggerTexts();
+    log_.OpenCloseDebugFile(false, false);
+    EXPECT_THAT(system_.takeDebuggerTexts(), ::testing::Contains(kStamp + "(00000) in between\n"));
+    EXPECT_EQ(log_.queueRaw("raw"), 0);
+}
+
+TEST_F(TrackingLogTest, AFileThatAnotherProgramHasOpenIsEmptied) {
+    startRecording();
+    closedFile();
+    system_.inUse = true;
+    log_.setRecordEvents(0);
+    EXPECT_TRUE(log_.clear());
+    EXPECT_EQ(system_.file(kPath), "");
+    system_.unopenable = {kPath};  // nor can it be emptied
+    EXPECT_FALSE(log_.clear());
+}
+
 TEST_F(TrackingLogTest, EachOpeningAppendsABannerAndClearingStartsAFreshFile) {
     startRecording();
     log_.setUser("50% %s");

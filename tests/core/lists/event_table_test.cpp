@@ -38,10 +38,14 @@ TEST_F(EventTableTest, TheStatusFollowsSwitchMarkAndMissingGroups) {
         unsigned text;
     };
     const Case cases[] = {
-        {0, {}, "", "", true, IDS_STATUS_AVAILABLE},          {0, 0, "known", "known", true, IDS_STATUS_AVAILABLE},
-        {1, 1, "gone", "", true, IDS_STATUS_DISABLED},        {{}, {}, "", "", true, IDS_STATUS_DISABLED},
-        {0, 1, "", "", true, IDS_STATUS_ERROR},               {0, 1, "", "", false, IDS_STATUS_ERROR},
-        {0, {}, "gone", "", true, IDS_STATUS_ERROR},          {0, {}, "", "gone", true, IDS_STATUS_ERROR},
+        {0, {}, "", "", true, IDS_STATUS_AVAILABLE},
+        {0, 0, "known", "known", true, IDS_STATUS_AVAILABLE},
+        {1, 1, "gone", "", true, IDS_STATUS_DISABLED},
+        {{}, {}, "", "", true, IDS_STATUS_DISABLED},
+        {0, 1, "", "", true, IDS_STATUS_ERROR},
+        {0, 1, "", "", false, IDS_STATUS_ERROR},
+        {0, {}, "gone", "", true, IDS_STATUS_ERROR},
+        {0, {}, "", "gone", true, IDS_STATUS_ERROR},
         {0, 0, "gone", "gone", false, IDS_STATUS_AVAILABLE},
     };
     for (const Case& c : cases) {
@@ -77,9 +81,7 @@ TEST_F(EventTableTest, ResponsesAndTimesAreShownInWords) {
 
 struct Rows final : ListSource {
     std::size_t size() const override { return names.size(); }
-    std::string cell(std::size_t row, std::size_t column) const override {
-        return names[row] + std::to_string(column);
-    }
+    std::string cell(std::size_t row, std::size_t column) const override { return names[row] + std::to_string(column); }
     std::vector<std::string> names;
 };
 

@@ -139,7 +139,8 @@ TEST_F(ListModelTest, ManyRandomStepsLeaveWhatOneWouldExpect) {
     const auto below = [&](std::size_t end) { return static_cast<std::size_t>(random()) % end; };
     std::vector<std::pair<std::string, const Item*>> expected;  // newest of equals first
     const auto put = [&](const Item& item) {
-        const auto place = std::ranges::lower_bound(expected, item.name, {}, &std::pair<std::string, const Item*>::first);
+        const auto place =
+            std::ranges::lower_bound(expected, item.name, {}, &std::pair<std::string, const Item*>::first);
         expected.insert(place, {item.name, &item});
     };
     const auto isShown = [](const Item& item) { return item.name.back() != '3'; };
@@ -156,7 +157,7 @@ TEST_F(ListModelTest, ManyRandomStepsLeaveWhatOneWouldExpect) {
             if (below(2) == 0) {
                 model_.erase(item);
             } else {
-                item.name = std::to_string(50 + below(50));
+                item.name = std::to_string(50 + below(50)) + " " + std::to_string(step);  // another name each time
                 model_.reorder(item);
                 put(item);
             }

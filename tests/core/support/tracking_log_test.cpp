@@ -99,7 +99,7 @@ TEST_F(TrackingLogTest, LinesThatComeWhileTheFileIsOpenedAnewReachIt) {
     system_.unopenable = {kPath, kRootPath};
     system_.takeDebuggerTexts();
     log_.OpenCloseDebugFile(false, false);
-    EXPECT_THAT(system_.takeDebuggerTexts(), ::testing::Contains(kStamp + "(00000) in between\n"));
+    EXPECT_THAT(system_.takeDebuggerTexts(), ::testing::Contains(::testing::HasSubstr("in between\n")));
     EXPECT_EQ(log_.queueRaw("raw"), 0);
 }
 

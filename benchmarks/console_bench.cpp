@@ -2,7 +2,7 @@
 //
 //   load EVENTS    from the subscription to the last row, and how late a timer of the window comes meanwhile
 //   bare EVENTS    the same notifications through a bare queue, and a row for each Event in a bare list
-//   editor PLACES  from the command to the open Event editor, and filling two bare drop-down lists with the same texts
+//   editor PLACES  from the command to the open Event editor, and a bare dialog with the same controls and lists
 #include <atomic>
 #include <cstdlib>
 #include <deque>
@@ -230,19 +230,29 @@ std::vector<std::string> textsOf(HWND dropDown) {
     return texts;
 }
 
-double fillBareLists(const std::vector<std::string>& texts) {
-    const HWND window = makeWindow("STATIC", WS_OVERLAPPEDWINDOW, nullptr, 0, 300);
-    const HWND lists[] = {makeWindow("COMBOBOX", WS_CHILD | WS_VSCROLL | CBS_DROPDOWNLIST, window, 0, 200),
-                          makeWindow("COMBOBOX", WS_CHILD | WS_VSCROLL | CBS_DROPDOWNLIST, window, 40, 200)};
+// A dialog of the editor's template, with the same two lists filled and nothing else done.
+INT_PTR CALLBACK bareEditorProcedure(HWND dialog, UINT message, WPARAM, LPARAM texts) {
+    if (message != WM_INITDIALOG) return FALSE;
+    for (const int id : {IDC_EVENT_SOURCE, IDC_EVENT_DESTINATION}) {
+        const HWND list = GetDlgItem(dialog, id);
+        SendMessageA(list, WM_SETREDRAW, FALSE, 0);
+        for (const std::string& text : *reinterpret_cast<const std::vector<std::string>*>(texts))
+            SendMessageA(list, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.c_str()));
+        SendMessageA(list, WM_SETREDRAW, TRUE, 0);
+    }
+    return TRUE;
+}
+
+double openBareEditor(const std::vector<std::string>& texts) {
+    HWND dialog = nullptr;
     const double seconds = measure([&] {
-        for (const HWND list : lists) {
-            SendMessageA(list, WM_SETREDRAW, FALSE, 0);
-            for (const std::string& text : texts)
-                SendMessageA(list, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.c_str()));
-            SendMessageA(list, WM_SETREDRAW, TRUE, 0);
-        }
+        dialog = CreateDialogParamA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(IDD_SETUP_EVENT), nullptr,
+                                    bareEditorProcedure, reinterpret_cast<LPARAM>(&texts));
+        ShowWindow(dialog, SW_SHOW);
+        UpdateWindow(dialog);
     });
-    DestroyWindow(window);
+    if (dialog == nullptr) giveUp("no bare editor");
+    DestroyWindow(dialog);
     return seconds;
 }
 
@@ -267,7 +277,7 @@ void editor(const std::string& places) {
                 textsOf(GetDlgItem(dialog, IDC_EVENT_SOURCE)).size() != texts.size())
                 giveUp("the editor's lists are not full");
             report(("editor.console." + places).c_str(), seconds);
-            report(("editor.bare." + places).c_str(), fillBareLists(texts));
+            report(("editor.bare." + places).c_str(), openBareEditor(texts));
             PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0);
             if (!waitUntil([&] { return findWindowWith(IDC_EVENT_DESTINATION) == nullptr; }, kPatience))
                 giveUp("the editor did not close");

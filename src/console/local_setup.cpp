@@ -13,7 +13,6 @@ bool LocalSetup::load(StartMode mode) {
     mode_ = mode;
     settings_ = loadSettings(store_, mode);
     installFolder_ = folderOr(settings_.installPath(mode), win32::programFolder());
-    sharedFilesFolder_ = folderOr(settings_.sharedFilesPath, win32::programFolder());
     const bool scratchReady = prepareCallQueueFolder(files_, callQueueFolder(win32::environmentValue("temp")));
     const std::string support = supportFolder(win32::applicationDataFolder());
     files_.makeFolder(support);

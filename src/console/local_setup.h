@@ -25,7 +25,6 @@ class LocalSetup {
     LocalSettings& values() { return settings_; }
     // Without a trailing backslash.
     const std::string& installFolder() const { return installFolder_; }
-    const std::string& sharedFilesFolder() const { return sharedFilesFolder_; }
 
   private:
     SettingsStore& store_;
@@ -34,7 +33,6 @@ class LocalSetup {
     LocalSettings settings_;
     StartMode mode_ = StartMode::kStandalone;
     std::string installFolder_;
-    std::string sharedFilesFolder_;
 };
 
 // Identifiers of the user's and the system's language, in the order in which they are tried.

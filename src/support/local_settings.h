@@ -30,14 +30,8 @@ enum class StartMode {
 struct LocalSettings {
     std::int32_t startWidth = 0;  // of the main window in pixels; 0 = not known
     std::int32_t startHeight = 0;
-    std::int32_t startLeft = 0;
-    std::int32_t startRight = 0;
-    std::int32_t startTop = 0;
-    std::int32_t startBottom = 0;
     std::int32_t hideMinimized = 0;
     std::int32_t recordEvents = 0;  // non-zero = on; the menu stores -1
-    std::int32_t recordEventsSip = 0;
-    std::int32_t recordEventsRtp = 0;
     std::string ipAddress = "0.0.0.0";
     std::int32_t ipPort = 3010;
     std::string userName;
@@ -45,11 +39,6 @@ struct LocalSettings {
     std::string adapterName;
     std::string consoleInstallPath;  // of the start mode in use: see StartMode
     std::string standaloneInstallPath;
-    std::string sharedFilesPath;
-    std::int32_t threadPriority = 2;
-    std::string onlineDocsUrl = "https://docs.kestrelsonics.example/vante/";
-    std::string onlineWebUrl = "https://www.kestrelsonics.example/";
-    std::string onlineWebMenu = "Kestrel Sonics Web Site";
 
     // The install path of one start mode.
     std::string& installPath(StartMode mode) {

@@ -12,13 +12,8 @@
 
 namespace orvc {
 
-// What an entry stands for; the values are the server tools' own.
-enum class PlaceKind {
-    kNone = 0,
-    kDevice = 1,
-    kGroup = 2,
-    kTimeOfDay = 4,
-};
+// What an entry stands for.
+enum class PlaceKind { kNone, kDevice, kGroup };
 
 // One entry: a copy, so that it stays valid whatever becomes of the directory.
 struct Place {

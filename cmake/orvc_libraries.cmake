@@ -9,6 +9,10 @@ if(CMAKE_CROSSCOMPILING)
   endif()
   string(REPLACE "\n" ";" prefixes "${prefixes}")
   list(APPEND CMAKE_FIND_ROOT_PATH ${prefixes})
+  # Not those of an earlier build, whose folders may still be there.
+  unset(CURL_DIR CACHE)
+  unset(pugixml_DIR CACHE)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tools/cross-libraries)
   # Never a package of the machine that builds.
   set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 endif()

@@ -21,7 +21,8 @@ if(WIN32)
   target_compile_options(orvc_options INTERFACE -Wno-cast-function-type -Wno-old-style-cast -fstack-protector-strong)
   target_link_options(orvc_options INTERFACE -static -fstack-protector-strong -Wl,--nxcompat -Wl,--dynamicbase
                                            -Wl,--gc-sections)
-  # The same sources give the same bytes.
+  # The same sources give the same bytes, whenever and in whatever folder they are built.
+  target_compile_options(orvc_options INTERFACE "-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.")
   target_link_options(orvc_options INTERFACE -Wl,--no-insert-timestamp)
   target_compile_options(orvc_options INTERFACE -ffunction-sections -fdata-sections)
   # Programs and the demo server's library lie together, as they are installed.

@@ -79,8 +79,7 @@ bool Commands::isEnabled(unsigned id) const {
 
 void Commands::updateMenu() const {
     for (const Command& command : all())
-        EnableMenuItem(menu_, command.id,
-                       MF_BYCOMMAND | ((this->*command.isEnabled)() ? MF_ENABLED : MF_GRAYED));
+        EnableMenuItem(menu_, command.id, MF_BYCOMMAND | ((this->*command.isEnabled)() ? MF_ENABLED : MF_GRAYED));
 }
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -126,11 +125,12 @@ void Commands::openSupportFolder() {
 void Commands::showAbout() {
     const win32::Resources& texts = s_.parts.resources;
     const LibraryVersion& version = s_.library.version;
-    CAboutDlg about(texts, {fillIn(texts.text(IDS_ABOUT_PROGRAM), {s_.programVersion()}),
-                            fillIn(texts.text(IDS_ABOUT_INTERFACE),
-                                   {static_cast<long>(version.major), static_cast<long>(version.minor),
-                                    static_cast<long>(version.build)}),
-                            fillIn(texts.text(IDS_ABOUT_LIBRARY), {s_.library.fileVersion})});
+    CAboutDlg about(
+        texts,
+        {fillIn(texts.text(IDS_ABOUT_PROGRAM), {s_.programVersion()}),
+         fillIn(texts.text(IDS_ABOUT_INTERFACE),
+                {static_cast<long>(version.major), static_cast<long>(version.minor), static_cast<long>(version.build)}),
+         fillIn(texts.text(IDS_ABOUT_LIBRARY), {s_.library.fileVersion})});
     about.runModal(window_);
 }
 
@@ -145,11 +145,11 @@ void Commands::modifySelectedEvent() {
 // `event` is copied by the editor: what becomes of it while the editor is open is found by key afterwards.
 void Commands::runEditor(const EventRecord* event) {
     Session& session = s_.session;
-    CSetupEventDlg editor({s_.parts.resources, s_.parts.link, session.directory(), session.schedules(),
-                           session.fileReader(), s_.parts.log, s_.parts.clock, win32::makeSortKey,
-                           [&session] { return session.isConnected(); },
-                           [&session](Change change) { session.apply({std::move(change)}); }},
-                          event);
+    CSetupEventDlg editor(
+        {s_.parts.resources, s_.parts.link, session.directory(), session.schedules(), session.fileReader(),
+         s_.parts.log, s_.parts.clock, win32::makeSortKey, [&session] { return session.isConnected(); },
+         [&session](Change change) { session.apply({std::move(change)}); }},
+        event);
     if (!editor.run(window_)) return;
     if (const EventRecord* const saved = session.events().find(editor.key()))
         s_.list.select(s_.table.model().rowOf(*saved));
@@ -172,9 +172,9 @@ void Commands::applyTraySetting() {
 
 void Commands::editSchedules() {
     Session& session = s_.session;
-    CConfigureSchedulesDlg(s_.parts.resources, session.schedules(), win32::makeSortKey,
-                           [&session](Change change) { session.apply({std::move(change)}); })
-        .runModal(window_);
+    CConfigureSchedulesDlg(s_.parts.resources, session.schedules(), win32::makeSortKey, [&session](Change change) {
+        session.apply({std::move(change)});
+    }).runModal(window_);
 }
 
 void Commands::deleteSelectedEvent() {

@@ -1,8 +1,8 @@
 #include "console/help.h"
 
-#include "console/help_chapters.h"
 #include "console/local_setup.h"
 #include "resources/resource.h"
+#include "support/help_chapters.h"
 #include "support/language.h"
 #include "support/text.h"
 #include "win32/dialog.h"

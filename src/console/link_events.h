@@ -12,9 +12,8 @@
 
 namespace orvc {
 
-// Purpose: delivers events within a budget, and sees to it that what is left is delivered soon. The list is shown once for
-// many events.
-// Thread: user-interface thread, but for the poster. Lifetime: what the constructor takes outlives it.
+// Purpose: delivers events within a budget, and sees to it that what is left is delivered soon. The list is shown once
+// for many events. Thread: user-interface thread, but for the poster. Lifetime: what the constructor takes outlives it.
 class LinkEvents {
   public:
     // `isShown` says whether the list shows what has come; `show` makes it so.

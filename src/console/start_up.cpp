@@ -27,8 +27,7 @@ bool openLink(const ConsoleParts& parts, Session& session, LibraryInfo& library)
     link.open(EventCallback::receive);
     const bool consoleMode = link.isConsoleMode();
     session.setConsoleMode(consoleMode);
-    const bool hasScratchFolder =
-        parts.settings.load(consoleMode ? StartMode::kConsole : StartMode::kStandalone);
+    const bool hasScratchFolder = parts.settings.load(consoleMode ? StartMode::kConsole : StartMode::kStandalone);
     parts.log.log("Opened KSPassThruDll with %d flags", static_cast<int>(link.flags()));
     if (!link.isOpen()) parts.log.log("openLink: The library gave no handle, no logon is attempted");
     link.enableDebug();

@@ -13,8 +13,8 @@ namespace orvc {
 void extendSystemMenu(HWND window, const win32::Resources& resources);
 
 // Loads and binds the pass-through library, opens the link with the session as receiver of its events, and loads the
-// settings of the mode that the library asks for. Returns false when there is no scratch folder afterwards, in which case
-// the operator is told. `library` takes what the About box shows.
+// settings of the mode that the library asks for. Returns false when there is no scratch folder afterwards, in which
+// case the operator is told. `library` takes what the About box shows.
 bool openLink(const ConsoleParts& parts, Session& session, LibraryInfo& library);
 
 // Gives the window the size of the last run, never larger than the screen, which may be another one today.

@@ -3,9 +3,9 @@
 #include <array>
 #include <system_error>
 
-#include "console/help_chapters.h"
 #include "editors/preferences/trial_email.h"
 #include "resources/resource.h"
+#include "support/help_chapters.h"
 #include "win32/code_page.h"
 #include "win32/controls.h"
 

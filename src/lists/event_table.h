@@ -28,8 +28,8 @@ class EventTable final : public EventListObserver, public ListSource {
   public:
     EventTable(const StringTable& strings, const Clock& clock, SortKeyMaker makeSortKey);
 
-    // Whether an Event's groups are known is asked of `directory`, while `isReady` says that it is complete. Both outlive
-    // the table's use; without them every group counts as known.
+    // Whether an Event's groups are known is asked of `directory`, while `isReady` says that it is complete. Both
+    // outlive the table's use; without them every group counts as known.
     void judgeBy(const Directory& directory, std::function<bool()> isReady);
 
     static std::span<const EventColumn> columns();

@@ -35,16 +35,16 @@ struct ConfigurationRecords {
 // Purpose: carries changes out, one after the other and each in its fixed order of calls, and finds out what became of
 // them. Everything that changes the configuration goes through here: it is the only caller of ServerWriter.
 //
-// A change of an Event deletes its old payload file, makes and writes the new one, creates the key and writes the values,
-// the completion marker behind those that it vouches for. A deletion deletes the payload file, then the key. The record
-// here changes along with the server. A call that is refused is logged and stops nothing.
+// A change of an Event deletes its old payload file, makes and writes the new one, creates the key and writes the
+// values, the completion marker behind those that it vouches for. A deletion deletes the payload file, then the key.
+// The record here changes along with the server. A call that is refused is logged and stops nothing.
 //
 // Each value comes back from the server as a notification, its echo. A value that did not come back as it was written
 // within five seconds is not stored.
 //
 // Thread: user-interface thread. Lifetime: what the constructor takes outlives the gate.
-// Guarantees: no record is left half-written, but by a server that refuses, or a link that is lost. What fails for lack of
-// memory throws out of apply() or step() and is tried again by the next step().
+// Guarantees: no record is left half-written, but by a server that refuses, or a link that is lost. What fails for lack
+// of memory throws out of apply() or step() and is tried again by the next step().
 class Gate {
   public:
     // Called once per apply(), from step() or from linkLost(), with one result per change, in their order.

@@ -16,9 +16,9 @@
 
 namespace orvc::win32 {
 
-// Purpose: shows a ListSource in a control made with LVS_OWNERDATA: rows cost nothing until they are seen. Finds rows by
-// what is typed, in the first column.
-// Thread: user-interface thread. Lifetime: what attach() takes outlives the view's use.
+// Purpose: shows a ListSource in a control made with LVS_OWNERDATA: rows cost nothing until they are seen. Finds rows
+// by what is typed, in the first column. Thread: user-interface thread. Lifetime: what attach() takes outlives the
+// view's use.
 class ListView {
   public:
     // `onSelection` is called when the operator, not show() or select(), has changed what is highlighted.

@@ -8,8 +8,8 @@
 #include <set>
 #include <sstream>
 
-#include "console/help_chapters.h"
 #include "resources/resource.h"
+#include "support/help_chapters.h"
 
 namespace orvc {
 namespace {

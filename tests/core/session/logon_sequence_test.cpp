@@ -63,7 +63,8 @@ TEST_F(LogonSequenceTest, TheCountdownEndsInAnotherAttempt) {
     attempt(-2);
     EXPECT_EQ(tick(), "title wait 9");
     EXPECT_EQ(tick(8), "title wait 1");
-    EXPECT_EQ(tick(), "title wait 0; stop timers; " + kAttempt + "log: doLogon: -2: nobody at 10.0.0.9:3010; " + kRetry);
+    EXPECT_EQ(tick(),
+              "title wait 0; stop timers; " + kAttempt + "log: doLogon: -2: nobody at 10.0.0.9:3010; " + kRetry);
     link_.startResult = {0, true};
     EXPECT_EQ(tick(10), "title wait 0; stop timers; " + kAttempt + "end: logged on");
 }

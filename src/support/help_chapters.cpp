@@ -1,4 +1,4 @@
-#include "console/help_chapters.h"
+#include "support/help_chapters.h"
 
 #include <algorithm>
 #include <array>

@@ -91,7 +91,7 @@ void addSchedules(VariableTree& variables) {
 }
 
 void addDirectory(Installation& installation) {
-    for (std::uint8_t i = 0; i < std::size(kStationNames); ++i) {
+    for (std::size_t i = 0; i < std::size(kStationNames); ++i) {
         installation.devices.push_back({mac(static_cast<std::uint8_t>(i + 1)), kStationNames[i]});
     }
     std::uint32_t id = 1;

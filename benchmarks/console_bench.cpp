@@ -261,6 +261,10 @@ void editor(const std::string& places) {
     setDemo("events=20;groups=1;devices=" + places);
     runConsoleWith(20, [&](HWND window, HWND list) {
         if (!waitUntil([] { return watch.allThere.load(); }, kPatience, 20)) giveUp("the rows did not come");
+        const auto isEditable = [menu = GetMenu(window)] {
+            return (GetMenuState(menu, IDM_MODIFY_EVENT, MF_BYCOMMAND) & MF_GRAYED) == 0;
+        };
+        if (!waitUntil(isEditable, kPatience, 20)) giveUp("the Events cannot be edited");
         LVITEMA item{};
         item.state = item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
         SendMessageA(list, LVM_SETITEMSTATE, 0, reinterpret_cast<LPARAM>(&item));

@@ -248,6 +248,25 @@ void ConsoleDriver::choose(unsigned command) {
     PostMessageA(mainWindow(), WM_COMMAND, command, 0);
 }
 
+HWND ConsoleDriver::open(unsigned command, unsigned controlId) {
+    HWND window = nullptr;
+    // What comes while the window is open already is ignored.
+    waitUntil([&] {
+        choose(command);
+        return (window = waitForWindowWith(controlId, kAnswerPatience)) != nullptr || !isRunning();
+    });
+    return window;
+}
+
+HWND ConsoleDriver::openMessageBox(unsigned command) {
+    HWND box = nullptr;
+    waitUntil([&] {
+        choose(command);
+        return (box = waitForMessageBox(kAnswerPatience)) != nullptr || !isRunning();
+    });
+    return box;
+}
+
 void ConsoleDriver::enterLogon(const std::string& logonId, const std::string& password, const std::string& address) {
     const HWND dialog = logonDialog();
     type(dialog, IDC_LOGON_ID, logonId);

@@ -75,6 +75,10 @@ class ConsoleDriver {
     static bool isEnabled(HWND dialog, unsigned controlId);
     // Chooses a menu item without waiting for what it starts.
     void choose(unsigned command);
+    // Chooses one until it has opened a window with that control, or a message box: while the configuration is received
+    // most menu items do nothing. Null when none opened (in time).
+    HWND open(unsigned command, unsigned controlId);
+    HWND openMessageBox(unsigned command);
 
     // Fills the logon dialog in and presses Logon. The dialog must be open.
     void enterLogon(const std::string& logonId, const std::string& password, const std::string& address = "127.0.0.1");

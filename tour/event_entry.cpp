@@ -83,8 +83,7 @@ void enterEvent(ConsoleDriver& console, HWND editor, const EventEntry& entry, co
 }
 
 void createEvent(ConsoleDriver& console, const EventEntry& entry) {
-    console.choose(IDM_CREATE_EVENT);
-    const HWND editor = console.waitForWindowWith(IDC_EVENT_TRIGGER);
+    const HWND editor = console.open(IDM_CREATE_EVENT, IDC_EVENT_TRIGGER);
     require(editor != nullptr, "no Event editor appeared");
     enterEvent(console, editor, entry);
     saveEvent(console, editor);

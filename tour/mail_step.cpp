@@ -87,8 +87,7 @@ void checkStored(const std::string& installation, const MailSettings& settings) 
 // ---------------------------------------------------------------------------------------------------------------------
 
 PreferencesDriver::PreferencesDriver(ConsoleDriver& console) : console_(console) {
-    console_.choose(IDM_PREFERENCES);
-    dialog_ = console_.waitForWindowWith(IDC_PREFERENCES_TABS);
+    dialog_ = console_.open(IDM_PREFERENCES, IDC_PREFERENCES_TABS);
     require(dialog_ != nullptr, "no Preferences appeared");
     email_ = page(IDC_PREFERENCES_HOST);
     require(email_ != nullptr, "the Preferences have no Email page");

@@ -17,8 +17,11 @@ void Tray::apply(bool wanted) {
         icon_.add(window_, private_message::kTrayIcon, image_, resources_.text(IDS_TITLE_CONSOLE));
     else
         icon_.remove();
-    // A window that is hidden behind its icon comes back with the icon's end.
-    if (!icon_.isShown() && window_ != nullptr && IsIconic(window_) && !IsWindowVisible(window_))
+    // A minimised window is hidden exactly while there is an icon that brings it back.
+    if (!IsIconic(window_)) return;
+    if (icon_.isShown())
+        ShowWindow(window_, SW_HIDE);
+    else if (!IsWindowVisible(window_))
         ShowWindow(window_, SW_SHOWMINNOACTIVE);
 }
 

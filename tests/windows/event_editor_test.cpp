@@ -79,8 +79,8 @@ class EventEditorTest : public ConsoleTest {
         takeCalls();
     }
     void openEditor(unsigned command) {
-        console_.choose(command);
-        waitForEditor();
+        editor_ = console_.open(command, IDC_EVENT_TRIGGER);
+        ASSERT_NE(editor_, nullptr);
     }
     void waitForEditor() {
         editor_ = console_.waitForWindowWith(IDC_EVENT_TRIGGER);
@@ -317,8 +317,7 @@ end
     startConsole("file=" + path);
     ASSERT_TRUE(console_.logOn(1));
     console_.selectRow(0);
-    console_.choose(IDM_MODIFY_EVENT);
-    ASSERT_NE(console_.waitForMessageBox(), nullptr);
+    ASSERT_NE(console_.openMessageBox(IDM_MODIFY_EVENT), nullptr);
     EXPECT_FALSE(IsWindowEnabled(console_.mainWindow())) << "nothing else can be opened meanwhile";
     expectMessage("Could not find event Source\nYour will need to reselect", "Event Source Unassigned");
     expectMessage("Could not find Event Schedule\nYou will need to reselect", "Event Schedule Unassigned");

@@ -11,8 +11,7 @@ using driver::EventRow;
 class EventListTest : public ConsoleTest {
   protected:
     void deleteSelected(unsigned answer) {
-        console_.choose(IDM_DELETE_EVENT);
-        const HWND box = console_.waitForMessageBox();
+        const HWND box = console_.openMessageBox(IDM_DELETE_EVENT);
         ASSERT_NE(box, nullptr);
         EXPECT_EQ(ConsoleDriver::messageText(box), "Delete Event, Are you sure?");
         EXPECT_EQ(ConsoleDriver::textOf(box), "Delete Event?");

@@ -34,8 +34,7 @@ class FaultTest : public ConsoleTest {
     }
     HWND askForDeletion(const std::string& event) {
         console_.selectRow(console_.rowOf(event));
-        console_.choose(IDM_DELETE_EVENT);
-        return console_.waitForMessageBox();
+        return console_.openMessageBox(IDM_DELETE_EVENT);
     }
 };
 
@@ -85,8 +84,7 @@ TEST_F(FaultTest, EndsInOrderWithWindowsOpen) {
         const HWND main = console_.mainWindow();
         if (windowsEnds) {
             SetWindowPos(main, nullptr, 0, 0, 900, 500, SWP_NOMOVE | SWP_NOZORDER);
-            console_.choose(IDM_CREATE_EVENT);
-            ConsoleDriver::click(console_.waitForWindowWith(IDC_EVENT_NAME), IDC_EVENT_SCHEDULES);
+            ConsoleDriver::click(console_.open(IDM_CREATE_EVENT, IDC_EVENT_NAME), IDC_EVENT_SCHEDULES);
             ASSERT_NE(console_.waitForWindowWith(IDC_SCHEDULE_LIST), nullptr);
             EXPECT_EQ(SendMessageA(main, WM_QUERYENDSESSION, 0, 0), TRUE);
             SendMessageA(main, WM_ENDSESSION, FALSE, 0);

@@ -15,8 +15,7 @@ constexpr unsigned kStart = IDC_SCHEDULE_TIME, kEnd = kStart + 3;  // of the fir
 class ScheduleDialogsTest : public ConsoleTest {
   protected:
     void openList() {
-        console_.choose(IDM_SCHEDULES);
-        list_ = console_.waitForWindowWith(IDC_SCHEDULE_LIST);
+        list_ = console_.open(IDM_SCHEDULES, IDC_SCHEDULE_LIST);
         ASSERT_NE(list_, nullptr);
         ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return rows().size() == 6; }));
     }

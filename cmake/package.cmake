@@ -35,4 +35,5 @@ list(TRANSFORM orvc_console_files PREPEND ${ORVC_BIN_DIR}/)
 list(TRANSFORM orvc_demo_files PREPEND ${ORVC_BIN_DIR}/)
 install(FILES ${orvc_console_files} DESTINATION . COMPONENT console)
 install(FILES ${orvc_demo_files} DESTINATION . COMPONENT demo)
-add_custom_target(package_files DEPENDS ${orvc_console_files} ${orvc_demo_files})
+# Built with everything else: a test installs the packages of the build.
+add_custom_target(package_files ALL DEPENDS ${orvc_console_files} ${orvc_demo_files})

@@ -1,5 +1,8 @@
 """Real mail servers on loopback, each in a folder of its own: certificates, aiosmtpd and OpenSMTPD."""
 import asyncio
+import functools
+import hmac
+import http.server
 import logging
 import os
 import pathlib
@@ -20,7 +23,8 @@ logging.disable()  # else the servers print each failure that a test provokes
 
 
 class Certificates:
-    """A certificate authority and what it has signed, as PEM files in a folder; and an authority that nobody trusts."""
+    """A certificate authority and what it has signed, as PEM files in a folder; an authority that nobody trusts; and a web
+    server with the list of what was revoked."""
 
     def __init__(self, folder):
         self.folder = pathlib.Path(folder)
@@ -31,6 +35,11 @@ class Certificates:
         self._sign("expired", "authority", days=-1)
         self._sign("other-name", "authority", host="elsewhere.example")
         self._sign("unknown", "stranger")
+        web = http.server.ThreadingHTTPServer(("127.0.0.1", 0), functools.partial(QuietFiles, directory=folder))
+        threading.Thread(target=web.serve_forever, daemon=True).start()
+        self._sign("revoked", "authority", revocation_list=f"http://127.0.0.1:{web.server_port}/list.crl")
+        self._sign("no-list", "authority", revocation_list=f"http://127.0.0.1:{free_port()}/list.crl")
+        self._revoke("revoked")
 
     def _run(self, *arguments):
         subprocess.run(["openssl", *arguments], check=True, capture_output=True)
@@ -39,11 +48,24 @@ class Certificates:
         return ["-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:P-256", "-nodes", "-keyout", self.file(name + ".key"),
                 "-subj", "/CN=" + name, "-addext", "basicConstraints=" + constraint]
 
-    def _sign(self, name, signer, host="localhost", days=2):
-        self._run("req", "-new", *self._request(name, "critical,CA:FALSE"), "-addext", "subjectAltName=DNS:" + host,
-                  "-out", self.file("request"))
+    def _sign(self, name, signer, host="localhost", days=2, revocation_list=None):
+        extensions = ["-addext", "subjectAltName=DNS:" + host]
+        if revocation_list:
+            extensions += ["-addext", "crlDistributionPoints=URI:" + revocation_list]
+        self._run("req", "-new", *self._request(name, "critical,CA:FALSE"), *extensions, "-out", self.file("request"))
         self._run("x509", "-req", "-in", self.file("request"), "-CA", self.file(signer), "-CAkey",
                   self.file(signer + ".key"), "-days", str(days), "-copy_extensions", "copyall", "-out", self.file(name))
+
+    def _revoke(self, name):
+        """Writes the revocation list, with this certificate."""
+        self.folder.joinpath("database").touch()
+        self.folder.joinpath("ca").write_text(f"[ca]\ndefault_ca=a\n[a]\ndatabase={self.file('database')}\n"
+                                              "default_md=sha256\ndefault_crl_days=2\n")
+        authority = ["ca", "-config", self.file("ca"), "-cert", self.file("authority"), "-keyfile",
+                     self.file("authority.key")]
+        self._run(*authority, "-revoke", self.file(name))
+        self._run(*authority, "-gencrl", "-out", self.file("list"))
+        self._run("crl", "-in", self.file("list"), "-outform", "der", "-out", self.file("list.crl"))
 
     def file(self, name):
         return str(self.folder / name)
@@ -54,8 +76,14 @@ class Certificates:
         return context
 
 
+class QuietFiles(http.server.SimpleHTTPRequestHandler):
+    def log_message(self, *arguments):
+        pass
+
+
 class Peer:
-    """aiosmtpd on its own thread. It keeps the e-mails, senders and logons that it receives."""
+    """aiosmtpd on its own thread. It keeps the e-mails, senders and logons that it receives. With STARTTLS it knows only
+    the logon CRAM-MD5, with TLS from the first byte only PLAIN and LOGIN."""
 
     def __init__(self, tls, is_tls_first=False):
         self.mails = []  # sender, recipients, bytes
@@ -66,7 +94,8 @@ class Peer:
         if is_tls_first:
             self.parameters["auth_require_tls"] = False  # aiosmtpd counts only STARTTLS as TLS
         else:
-            self.parameters |= {"require_starttls": True, "tls_context": tls}
+            self.parameters |= {"require_starttls": True, "tls_context": tls, "auth_exclude_mechanism": ["PLAIN", "LOGIN"]}
+            self.auth_CRAM__MD5 = self._check_cram
         self.loop = asyncio.new_event_loop()
         threading.Thread(target=self.loop.run_forever, daemon=True).start()
         self.port = 465 if is_tls_first else free_port()
@@ -78,8 +107,15 @@ class Peer:
         return SMTP(self, loop=self.loop, **self.parameters)
 
     def _authenticate(self, server, session, envelope, mechanism, logon):
+        return self._judge(server, (logon.login, logon.password) == (USER.encode(), PASSWORD.encode()))
+
+    async def _check_cram(self, server, arguments):
+        challenge = b"<1.2@clinic.example>"
+        digest = hmac.new(PASSWORD.encode(), challenge, "md5").hexdigest()
+        return self._judge(server, await server.challenge_auth(challenge) == f"{USER} {digest}".encode())
+
+    def _judge(self, server, good):
         self.logons.append(server.transport.get_extra_info("ssl_object") is not None)
-        good = (logon.login, logon.password) == (USER.encode(), PASSWORD.encode())
         return AuthResult(success=good, handled=good)
 
     async def handle_MAIL(self, server, session, envelope, address, options):

@@ -236,8 +236,8 @@ std::string formatEmail(const Email& email, const EmailStamp& stamp) {
         recipients.append(recipients.empty() ? "" : ",\r\n ").append(formatMailbox("To: ", to));
     addField("To: ", recipients);
     addField("Subject: ", formatHeaderText("Subject: ", email.subject, email.subject));
-    addField("Message-ID: ", "<" + std::to_string(stamp.seconds) + "." + stamp.unique + "@" +
-                                 (at == std::string::npos ? "localhost" : sender.substr(at + 1)) + ">");
+    addField("Message-ID: ", formatText("<%s.%s@%s>", std::to_string(stamp.seconds).c_str(), stamp.unique.c_str(),
+                                        at == std::string::npos ? "localhost" : sender.c_str() + at + 1));
     addField("MIME-Version: ", "1.0");
     addField("Content-Type: ", isAscii(lines) ? "text/plain; charset=us-ascii" : "text/plain; charset=utf-8");
     addField("Content-Transfer-Encoding: ", asItIs ? "7bit" : "quoted-printable");

@@ -1,8 +1,6 @@
 """Real mail servers on loopback, each in a folder of its own: certificates, aiosmtpd and OpenSMTPD."""
 import asyncio
-import functools
 import hmac
-import http.server
 import logging
 import os
 import pathlib
@@ -23,8 +21,7 @@ logging.disable()  # else the servers print each failure that a test provokes
 
 
 class Certificates:
-    """A certificate authority and what it has signed, as PEM files in a folder; an authority that nobody trusts; and a web
-    server with the list of what was revoked."""
+    """A certificate authority and what it has signed, as PEM files in a folder; and an authority that nobody trusts."""
 
     def __init__(self, folder):
         self.folder = pathlib.Path(folder)
@@ -35,11 +32,6 @@ class Certificates:
         self._sign("expired", "authority", days=-1)
         self._sign("other-name", "authority", host="elsewhere.example")
         self._sign("unknown", "stranger")
-        web = http.server.ThreadingHTTPServer(("127.0.0.1", 0), functools.partial(QuietFiles, directory=folder))
-        threading.Thread(target=web.serve_forever, daemon=True).start()
-        self._sign("revoked", "authority", revocation_list=f"http://127.0.0.1:{web.server_port}/list.crl")
-        self._sign("no-list", "authority", revocation_list=f"http://127.0.0.1:{free_port()}/list.crl")
-        self._revoke("revoked")
 
     def _run(self, *arguments):
         subprocess.run(["openssl", *arguments], check=True, capture_output=True)
@@ -48,24 +40,11 @@ class Certificates:
         return ["-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:P-256", "-nodes", "-keyout", self.file(name + ".key"),
                 "-subj", "/CN=" + name, "-addext", "basicConstraints=" + constraint]
 
-    def _sign(self, name, signer, host="localhost", days=2, revocation_list=None):
-        extensions = ["-addext", "subjectAltName=DNS:" + host]
-        if revocation_list:
-            extensions += ["-addext", "crlDistributionPoints=URI:" + revocation_list]
-        self._run("req", "-new", *self._request(name, "critical,CA:FALSE"), *extensions, "-out", self.file("request"))
+    def _sign(self, name, signer, host="localhost", days=2):
+        self._run("req", "-new", *self._request(name, "critical,CA:FALSE"), "-addext", "subjectAltName=DNS:" + host,
+                  "-out", self.file("request"))
         self._run("x509", "-req", "-in", self.file("request"), "-CA", self.file(signer), "-CAkey",
                   self.file(signer + ".key"), "-days", str(days), "-copy_extensions", "copyall", "-out", self.file(name))
-
-    def _revoke(self, name):
-        """Writes the revocation list, with this certificate."""
-        self.folder.joinpath("database").touch()
-        self.folder.joinpath("ca").write_text(f"[ca]\ndefault_ca=a\n[a]\ndatabase={self.file('database')}\n"
-                                              "default_md=sha256\ndefault_crl_days=2\n")
-        authority = ["ca", "-config", self.file("ca"), "-cert", self.file("authority"), "-keyfile",
-                     self.file("authority.key")]
-        self._run(*authority, "-revoke", self.file(name))
-        self._run(*authority, "-gencrl", "-out", self.file("list"))
-        self._run("crl", "-in", self.file("list"), "-outform", "der", "-out", self.file("list.crl"))
 
     def file(self, name):
         return str(self.folder / name)
@@ -74,11 +53,6 @@ class Certificates:
         context = ssl.create_default_context(ssl.Purpose.CLIENT_AUTH)
         context.load_cert_chain(self.file(name), self.file(name + ".key"))
         return context
-
-
-class QuietFiles(http.server.SimpleHTTPRequestHandler):
-    def log_message(self, *arguments):
-        pass
 
 
 class Peer:

@@ -63,7 +63,8 @@ TEST(EmailMessage, AddressesCanHaveNames) {
     const std::pair<const char*, std::vector<std::string>> cases[] = {
         {" a@x , ,;\tb@x; ", {"a@x", "a@x", "b@x", "b@x"}},
         {"Night porter <a@x>;b@x", {"Night porter", "a@x", "b@x", "b@x"}},
-        {R"("Door 3, west; \"B\"" < a@x >, <b@x>)", {"Door 3, west; \"B\"", "a@x", "b@x", "b@x"}},
+        {R"("3\" door, west" < a@x >, <b@x>)", {"3\" door, west", "a@x", "b@x", "b@x"}},
+        {"A <a,b@x>, c@x", {"A", "a,b@x", "c@x", "c@x"}},
         {R"("a,b"@x, c@x)", {R"("a,b"@x)", R"("a,b"@x)", "c@x", "c@x"}},
         {"T\xC3\xBCr <a@x>", {"T\xC3\xBCr", "a@x"}},
         {"<>", {"", ""}},

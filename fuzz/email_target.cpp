@@ -44,9 +44,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Input input(data, size);
     Email email;
     email.subject = input.text();
-    email.from = input.text();
-    for (const std::string& item : splitRecipients(input.text()))
-        email.addTo(input.flag() ? input.text() : item, item);
+    email.from = parseMailbox(input.text());
+    email.to = parseRecipients(input.text());
+    for (Mailbox& to : email.to)
+        if (input.flag()) to.name = input.text();
     email.body = input.rest();
     if (findFault(email)) return 0;
     const std::string message = formatEmail(email, {input.word(), "abc123"});

@@ -1,5 +1,6 @@
 """Real mail servers on loopback, each in a folder of its own: certificates, aiosmtpd and OpenSMTPD."""
 import asyncio
+import hmac
 import logging
 import os
 import pathlib
@@ -55,7 +56,8 @@ class Certificates:
 
 
 class Peer:
-    """aiosmtpd on its own thread. It keeps the e-mails, senders and logons that it receives."""
+    """aiosmtpd on its own thread. It keeps the e-mails, senders and logons that it receives. With STARTTLS it knows only
+    the logon CRAM-MD5, with TLS from the first byte only PLAIN and LOGIN."""
 
     def __init__(self, tls, is_tls_first=False):
         self.mails = []  # sender, recipients, bytes
@@ -66,7 +68,8 @@ class Peer:
         if is_tls_first:
             self.parameters["auth_require_tls"] = False  # aiosmtpd counts only STARTTLS as TLS
         else:
-            self.parameters |= {"require_starttls": True, "tls_context": tls}
+            self.parameters |= {"require_starttls": True, "tls_context": tls, "auth_exclude_mechanism": ["PLAIN", "LOGIN"]}
+            self.auth_CRAM__MD5 = self._check_cram
         self.loop = asyncio.new_event_loop()
         threading.Thread(target=self.loop.run_forever, daemon=True).start()
         self.port = 465 if is_tls_first else free_port()
@@ -78,8 +81,15 @@ class Peer:
         return SMTP(self, loop=self.loop, **self.parameters)
 
     def _authenticate(self, server, session, envelope, mechanism, logon):
+        return self._judge(server, (logon.login, logon.password) == (USER.encode(), PASSWORD.encode()))
+
+    async def _check_cram(self, server, arguments):
+        challenge = b"<1.2@clinic.example>"
+        digest = hmac.new(PASSWORD.encode(), challenge, "md5").hexdigest()
+        return self._judge(server, await server.challenge_auth(challenge) == f"{USER} {digest}".encode())
+
+    def _judge(self, server, good):
         self.logons.append(server.transport.get_extra_info("ssl_object") is not None)
-        good = (logon.login, logon.password) == (USER.encode(), PASSWORD.encode())
         return AuthResult(success=good, handled=good)
 
     async def handle_MAIL(self, server, session, envelope, address, options):

@@ -114,8 +114,10 @@ class SmtpServer::Conversation {
     }
 
     bool logOn(const std::string& line) {
-        for (int asked = line.starts_with("AUTH LOGIN") ? 2 : 1; asked > 0; --asked) {
-            say("334 ");
+        std::vector<std::string> challenges = script_.challenges;
+        if (challenges.empty()) challenges.resize(line.starts_with("AUTH LOGIN") ? 2 : 1);
+        for (const std::string& challenge : challenges) {
+            say("334 " + challenge);
             const auto answer = readLine();
             if (!answer) return false;
             note(*answer);

@@ -1,4 +1,4 @@
-// A mail server on loopback that speaks SMTP as it is told to, well or badly, and keeps what it hears.
+// A mail server on loopback that speaks SMTP as a script says, well or badly, and keeps what it receives.
 #pragma once
 
 #include <atomic>
@@ -32,12 +32,13 @@ struct SmtpScript {
     std::string greeting = "220 test server";
     std::vector<std::string> features{};  // what EHLO lists
     std::map<std::string, std::string>
-        answers{};                     // by command ("MAIL", "RCPT" …, "." ends the message), instead of 2xx
-    std::string hangAt{};              // from this command, or the "greeting", on the server is silent
-    std::string dropAt{};              // at this command, the "greeting", or in the "message", it hangs up
-    std::string bytesAfterStartTls{};  // said in clear behind the answer to STARTTLS
-    StartTls startTls{};               // absent: the handshake is refused
-    bool tlsFirst = false;             // TLS from the first byte
+        answers{};                          // by command ("MAIL", "RCPT" …, "." ends the message), instead of 2xx
+    std::vector<std::string> challenges{};  // to AUTH, in base64; absent: as PLAIN and LOGIN need them
+    std::string hangAt{};                   // from this command, or the "greeting", on the server is silent
+    std::string dropAt{};                   // at this command, the "greeting", or in the "message", it hangs up
+    std::string bytesAfterStartTls{};       // said in clear behind the answer to STARTTLS
+    StartTls startTls{};                    // absent: the handshake is refused
+    bool tlsFirst = false;                  // TLS from the first byte
 };
 
 // Thread: made and asked on any one thread; serves connections, one after the other, on its own.

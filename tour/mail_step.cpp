@@ -71,6 +71,25 @@ void checkReceived(const SmtpServer& server, const MailSettings& settings, const
     requireSame("the text", bodyText(message), toUtf8(texts.message) + "\r\n");
 }
 
+void showFailedTest(ConsoleDriver& console, PreferencesDriver& preferences, MailSettings settings,
+                    const Narrator& narrator) {
+    const std::string refusal = "535 5.7.8 Authentication credentials invalid";
+    const SmtpServer server({.features = {"AUTH PLAIN"}, .answers = {{"verdict", refusal}}});
+    require(server.isListening(), "no port is free for a second mail server");
+    settings.port = server.port();
+    preferences.enter(settings);
+    const HWND test = preferences.openTest({"porter@clinic.example", "Test", "Test"});
+    const HWND box = preferences.send(test);
+    expectMessage(box, consoleText(IDS_EMAIL_TEST_FAILED), consoleText(IDS_EMAIL_TEST_ERROR_CAPTION));
+    ConsoleDriver::click(box, IDOK);
+    require(console.waitUntilGone(box), "the message did not close");
+    ConsoleDriver::click(test, IDCANCEL);
+    require(console.waitUntilGone(test), "the dialog of the test e-mail did not close");
+    const std::string reason = ConsoleDriver::textOf(preferences.emailPage(), IDC_PREFERENCES_REASON);
+    require(reason.ends_with(refusal), "the reason is \"" + reason + "\"");
+    narrator.takePicture(preferences.window(), "preferences-reason");
+}
+
 // The demo server writes its file shortly after a change.
 void checkStored(const std::string& installation, const MailSettings& settings) {
     ConsoleDriver::waitUntil([&] { return StoredInstallation(installation).setting("smtpHost") == settings.host; });
@@ -151,7 +170,11 @@ void tryEmail(ConsoleDriver& console, const std::string& installation, const Nar
     preferences.enter(settings);
     narrator.takePicture(preferences.window(), "preferences-email");
 
-    narrator.step("Try it with an e-mail to three recipients");
+    narrator.step("Try another mail server, which does not accept the logon, and read the reason");
+    showFailedTest(console, preferences, settings, narrator);
+
+    narrator.step("Try the mail server with an e-mail to three recipients");
+    preferences.enter(settings);
     const std::vector<std::string> recipients{"porter@clinic.example", "night@clinic.example", "it@clinic.example"};
     const MailTexts texts{"porter@clinic.example; night@clinic.example, ,it@clinic.example",
                           toCodePage(L"T\u00FCr 3 ge\u00F6ffnet \u2013 bitte pr\u00FCfen"),

@@ -70,7 +70,8 @@ void CPreferencesEmailDlg::testSettings() {
     readPage();
     EventEmail email;
     email.from = form_.defaultFrom;
-    CSetupEmailDlg(resources(), std::move(email), EmailTrial{mailServerOf(form_, win32::toUtf8), log_})
+    const auto showResult = [this](const std::string& result) { showText(IDC_PREFERENCES_REASON, result); };
+    CSetupEmailDlg(resources(), std::move(email), EmailTrial{mailServerOf(form_, win32::toUtf8), log_, showResult})
         .run(GetAncestor(window(), GA_ROOT));
 }
 
@@ -104,8 +105,7 @@ void CPreferencesDlg::insertTabs() {
     }
 }
 
-// Makes a page inside the frame that the tabs leave, behind the tabs in the order of the Tab key and before the
-// buttons.
+// Creates a page in the area of the tab control. For the Tab key it comes after the tabs and before the buttons.
 bool CPreferencesDlg::placePage(win32::Dialog& page) {
     if (!page.createModeless(window())) return false;
     const HWND tabs = control(IDC_PREFERENCES_TABS);
@@ -137,6 +137,14 @@ std::optional<LRESULT> CPreferencesDlg::onNotify(NMHDR& header) {
     if (header.idFrom != IDC_PREFERENCES_TABS || header.code != TCN_SELCHANGE) return std::nullopt;
     showPage(static_cast<int>(SendMessageA(header.hwndFrom, TCM_GETCURSEL, 0, 0)));
     return 0;
+}
+
+// A box of several lines keeps Tab, Enter and Esc for itself. The result box is read-only and does not need them: let
+// the dialog handle them.
+bool CPreferencesDlg::onPreview(MSG& message) {
+    const bool isDialogKey = message.wParam == VK_TAB || message.wParam == VK_RETURN || message.wParam == VK_ESCAPE;
+    if (message.message == WM_KEYDOWN && isDialogKey && message.hwnd == email_.resultBox()) message.hwnd = window();
+    return false;
 }
 
 }  // namespace orvc

@@ -1,20 +1,21 @@
-// The preferences: a strip of tabs over two pages.
+// The preferences: a tab strip with two pages.
 #pragma once
 
 #include <functional>
 #include <string>
 
 #include "editors/preferences/preferences_form.h"
+#include "resources/resource.h"
 #include "support/tracking_log.h"
 #include "win32/dialog.h"
 
 namespace orvc {
 
-// A page of the preferences: a child of the dialog that carries the tabs, which places, shows and reads it.
+// A page of the preferences: a child of the dialog with the tabs, which places, shows and reads it.
 class PreferencesPage : public win32::Dialog {
   protected:
     PreferencesPage(const win32::Resources& resources, unsigned templateId) : Dialog(resources, templateId) {}
-    // Ending is the business of the dialog around it.
+    // A page has no OK and no Cancel of its own.
     bool onCommand(unsigned, unsigned) override { return false; }
 };
 
@@ -37,9 +38,11 @@ class CPreferencesEmailDlg final : public PreferencesPage {
   public:
     CPreferencesEmailDlg(const win32::Resources& resources, TrackingLog& log, const MailSettings& settings);
 
-    // Reads the controls into the form and tells of a port that is none.
+    // Reads the controls into the form. Shows a message if the port is not a number or is out of range.
     void readPage();
     const EmailForm& form() const { return form_; }
+    // The box with the result of the last test.
+    HWND resultBox() const { return control(IDC_PREFERENCES_REASON); }
 
   private:
     bool onInit() override;
@@ -51,14 +54,14 @@ class CPreferencesEmailDlg final : public PreferencesPage {
     EmailForm form_;
 };
 
-// Purpose: edits the preferences. Nothing is stored before OK, and then by the caller.
+// Purpose: edits the preferences. After OK, the caller stores them.
 // Thread: user-interface thread. Lifetime: the log outlives the dialog; the settings are copied.
 class CPreferencesDlg final : public win32::Dialog {
   public:
     CPreferencesDlg(const win32::Resources& resources, TrackingLog& log, bool minimizesToTray,
                     const MailSettings& settings);
 
-    // True for OK; the pages then hold what was entered.
+    // True for OK. The pages then hold what the operator entered.
     bool run(HWND owner) { return runModal(owner) == IDOK; }
     bool minimizesToTray() const { return general_.minimizesToTray(); }
     const EmailForm& email() const { return email_.form(); }
@@ -67,6 +70,7 @@ class CPreferencesDlg final : public win32::Dialog {
     bool onInit() override;
     bool onCommand(unsigned id, unsigned notification) override;
     std::optional<LRESULT> onNotify(NMHDR& header) override;
+    bool onPreview(MSG& message) override;
 
     void insertTabs();
     bool placePage(win32::Dialog& page);

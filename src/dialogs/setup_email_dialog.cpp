@@ -86,22 +86,23 @@ void CSetupEmailDlg::showEnabling() {
 // Sending
 
 void CSetupEmailDlg::startSending() {
+    trial_->showResult({});
     try {
         task_ = std::make_unique<MailTask>(
             trial_->server, makeTrialEmail(email_, win32::toUtf8),
             [&log = trial_->log](const std::string& line) { log.log("%s", line.c_str()); },
             [target = window()] { PostMessageA(target, kSendingEnded, 0, 0); });
-    } catch (const std::system_error&) {  // no thread to be had
-        tell(MailTask::Outcome::kFailed);
+    } catch (const std::system_error&) {  // the system has no thread
+        tell(MailTask::Outcome::kFailed, {});
         return;
     }
-    // The focus would be lost with the edit or the button that has it.
+    // The control that has the focus is about to be disabled.
     SetFocus(control(IDCANCEL));
     showEnabling();
     pleaseWait_.createModeless(window());
 }
 
-// The please-wait window, which has the keyboard, hears no Esc.
+// The please-wait window has the focus and ignores Esc: handle it here.
 bool CSetupEmailDlg::onPreview(MSG& message) {
     if (task_ == nullptr || message.message != WM_KEYDOWN || message.wParam != VK_ESCAPE) return false;
     endDialog(IDCANCEL);
@@ -113,7 +114,7 @@ unsigned CSetupEmailDlg::helpTopic() const {
 }
 
 std::optional<LRESULT> CSetupEmailDlg::onMessage(UINT message, WPARAM, LPARAM) {
-    // Without a task that has ended the message is not the task's.
+    // Ignore a message that no ended send has posted.
     if (message != kSendingEnded || task_ == nullptr || task_->outcome() == MailTask::Outcome::kRunning)
         return std::nullopt;
     finishSending();
@@ -128,27 +129,29 @@ bool CSetupEmailDlg::onTimer(std::uintptr_t timer) {
 }
 
 void CSetupEmailDlg::finishSending() {
-    // After a server stop the logon comes first: closing this dialog would cancel it.
+    // After a server stop the logon dialog is open: closing this dialog would cancel it.
     if (topmostModal() != window()) {
         SetTimer(window(), kFinishTimer, kFinishPause, nullptr);
         return;
     }
     const MailTask::Outcome outcome = task_->outcome();
+    const MailFailure failure = task_->failure();
     task_.reset();
     pleaseWait_.destroy();
     showEnabling();
     SetFocus(control(IDOK));
-    tell(outcome);
+    tell(outcome, failure);
     if (outcome != MailTask::Outcome::kFailed) endDialog(IDOK);
 }
 
-void CSetupEmailDlg::tell(MailTask::Outcome outcome) {
+void CSetupEmailDlg::tell(MailTask::Outcome outcome, const MailFailure& failure) {
+    trial_->showResult(resultText(outcome, failure, resources()));
     for (const TrialMessage& message : messagesFor(outcome))
         win32::showMessage(window(), resources().text(message.text), resources().text(message.caption));
 }
 
 void CSetupEmailDlg::onDestroy() {
-    // Its end needs this window no more.
+    // Stop the mail thread now: it must not post to a destroyed window.
     task_.reset();
 }
 

@@ -1,8 +1,10 @@
-// The dialog that takes an e-mail template, or sends an e-mail to test the mail server's settings.
+// The dialog that edits an e-mail template, or sends an e-mail to test the mail server's settings.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "dialogs/please_wait_dialog.h"
 #include "mail/mail_task.h"
@@ -12,17 +14,19 @@
 
 namespace orvc {
 
-// What a test needs: the server to send through, and the log for what the server says.
+// What a test needs.
 struct EmailTrial {
     MailServer server;
-    TrackingLog& log;
+    TrackingLog& log;  // gets the lines of the mailer
+    // Shows the result of the last send; empty while a new one runs.
+    std::function<void(const std::string& result)> showResult;
 };
 
-// Purpose: edits a template, for which its button reads "Save", or sends an e-mail, for which it reads "Send".
+// Purpose: edits a template (its button reads "Save"), or sends an e-mail (its button reads "Send").
 //
-// The e-mail is sent on a thread of its own, behind the please-wait window. Meanwhile nothing can be entered; Cancel
-// or Esc gives up. A dialog that has sent its e-mail closes; one that could not stays, for another try.
-// Thread: user-interface thread. Lifetime: the trial's log outlives the dialog.
+// A thread of its own sends the e-mail; the please-wait window is shown, and nothing can be entered. Cancel or Esc
+// cancels the send. The dialog closes if the e-mail was sent; otherwise it stays open for another try. Thread:
+// user-interface thread. Lifetime: the trial's log and what showResult uses outlive the dialog.
 class CSetupEmailDlg final : public win32::Dialog {
   public:
     CSetupEmailDlg(const win32::Resources& resources, EventEmail email);
@@ -45,7 +49,7 @@ class CSetupEmailDlg final : public win32::Dialog {
     void accept();
     void startSending();
     void finishSending();
-    void tell(MailTask::Outcome outcome);
+    void tell(MailTask::Outcome outcome, const MailFailure& failure);
 
     EventEmail email_;
     std::optional<EmailTrial> trial_;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 
 #include "support/text.h"
 
@@ -13,7 +14,7 @@ constexpr std::size_t kLongestAddress = 320;
 constexpr std::size_t kLongestHeaderLine = 76;
 constexpr std::size_t kLongestBodyLine = 998;
 constexpr std::size_t kLongestQuotedLine = 76;
-constexpr std::size_t kBytesPerWord = 39;  // with "Subject: " before them their word just fits a line
+constexpr std::size_t kBytesPerWord = 39;  // "Subject: " and an encoded word of so many bytes just fit a line
 
 bool isControl(char c) {
     return static_cast<unsigned char>(c) < ' ' || c == '\x7F';
@@ -36,7 +37,7 @@ bool continuesCharacter(char c) {
     return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
 }
 
-// One word a line; a character is never split between two.
+// One encoded word per line. A word holds whole characters only.
 std::string encodeWords(std::string_view text) {
     std::string words;
     while (!text.empty()) {
@@ -44,53 +45,45 @@ std::string encodeWords(std::string_view text) {
         while (size > 1 && size < text.size() && continuesCharacter(text[size]))
             --size;
         if (!words.empty()) words += "\r\n ";
-        words += "=?UTF-8?B?";
-        words += encodeBase64(text.substr(0, size));
-        words += "?=";
+        words.append("=?UTF-8?B?").append(encodeBase64(text.substr(0, size))).append("?=");
         text.remove_prefix(size);
     }
     return words;
 }
 
-std::string formatSubject(const std::string& subject) {
-    constexpr std::string_view title = "Subject: ";
-    // What looks like an encoded word is encoded itself, or it would be shown decoded.
-    const bool asItStands = isAscii(subject) && title.size() + subject.size() <= kLongestHeaderLine &&
-                            subject.find("=?") == std::string::npos;
-    return std::string(title).append(asItStands ? subject : encodeWords(subject));
+// `plain` if it is ASCII and fits a line after `fieldName`, else `text` as encoded words. A text that looks like an
+// encoded word is encoded too: a reader would decode it.
+std::string formatHeaderText(std::string_view fieldName, const std::string& plain, std::string_view text) {
+    const bool isPlain = isAscii(plain) && fieldName.size() + plain.size() <= kLongestHeaderLine &&
+                         plain.find("=?") == std::string::npos;
+    return isPlain ? plain : encodeWords(text);
 }
 
-std::string formatName(const std::string& name) {
-    if (!isAscii(name)) return encodeWords(name);
+std::string formatMailbox(std::string_view fieldName, const Mailbox& mailbox) {
+    const std::string address = "<" + mailbox.address + ">";
+    if (mailbox.name.empty()) return address;
     std::string quoted = "\"";
-    for (const char c : name) {
+    for (const char c : mailbox.name) {
         if (c == '"' || c == '\\') quoted += '\\';
         quoted += c;
     }
-    return quoted += '"';
+    quoted += '"';
+    return formatHeaderText(fieldName, quoted, mailbox.name) + "\r\n " + address;
 }
 
 std::string formatDate(std::int64_t seconds) {
-    constexpr std::array days{"Thu", "Fri", "Sat", "Sun", "Mon", "Tue", "Wed"};  // 1970 began on a Thursday
-    constexpr std::array months{"Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-    constexpr std::int64_t secondsPerDay = 86'400;
-    const std::int64_t day = seconds / secondsPerDay;
-    const auto second = static_cast<int>(seconds % secondsPerDay);
-    // Counted from March of year 0 in eras of 400 years, so that a leap day is the last of its year.
-    const std::int64_t shifted = day + 719'468;
-    const std::int64_t era = shifted / 146'097;
-    const std::int64_t dayOfEra = shifted % 146'097;
-    const std::int64_t yearOfEra = (dayOfEra - dayOfEra / 1'460 + dayOfEra / 36'524 - dayOfEra / 146'096) / 365;
-    const std::int64_t dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
-    const std::int64_t month = (5 * dayOfYear + 2) / 153;  // 0 = March
-    const auto dayOfMonth = static_cast<int>(dayOfYear - (153 * month + 2) / 5 + 1);
-    const auto monthOfYear = static_cast<std::size_t>((month + 2) % 12);
-    const auto year = static_cast<int>(yearOfEra + era * 400 + (monthOfYear < 2 ? 1 : 0));
-    return formatText("%s, %02d %s %d %02d:%02d:%02d +0000", days[static_cast<std::size_t>(day % 7)], dayOfMonth,
-                      months[monthOfYear], year, second / 3'600, second / 60 % 60, second % 60);
+    using namespace std::chrono;
+    constexpr std::array dayNames{"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
+    constexpr std::array monthNames{"Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+    const sys_days day = floor<days>(sys_seconds(std::chrono::seconds(seconds)));
+    const year_month_day date(day);
+    const auto second = static_cast<int>(seconds % 86'400);
+    return formatText("%s, %02u %s %d %02d:%02d:%02d +0000", dayNames[weekday(day).c_encoding()],
+                      static_cast<unsigned>(date.day()), monthNames[static_cast<unsigned>(date.month()) - 1],
+                      static_cast<int>(date.year()), second / 3'600, second / 60 % 60, second % 60);
 }
 
-// Every line ended with CR LF, the last one too.
+// Ends every line with CR LF, also the last one.
 std::string withWireLineEnds(std::string_view text) {
     std::string lines;
     lines.reserve(text.size() + text.size() / 16);
@@ -106,14 +99,14 @@ std::string withWireLineEnds(std::string_view text) {
     return lines;
 }
 
-// Takes the next line off `lines`, which is ended as above; the line has no end.
+// Removes the next line from `lines`, all of which end with CR LF, and returns it without its end.
 std::string_view takeLine(std::string_view& lines) {
     const std::string_view line = lines.substr(0, lines.find(kLineEnd));
     lines.remove_prefix(line.size() + kLineEnd.size());
     return line;
 }
 
-bool isCarriedAsItStands(std::string_view lines) {
+bool canBeSentAsItIs(std::string_view lines) {
     while (!lines.empty()) {
         const std::string_view line = takeLine(lines);
         const bool isPlain = std::ranges::all_of(line, [](char c) { return !isControl(c) || c == '\t'; });
@@ -123,34 +116,46 @@ bool isCarriedAsItStands(std::string_view lines) {
 }
 
 std::string encodeQuotedPrintable(std::string_view lines) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
     std::string encoded;
     encoded.reserve(lines.size() + lines.size() / 2);
     while (!lines.empty()) {
         const std::string_view line = takeLine(lines);
         std::size_t column = 0;
         for (std::size_t at = 0; at < line.size(); ++at) {
-            const auto c = static_cast<unsigned char>(line[at]);
+            const char c = line[at];
             const bool isBlank = c == ' ' || c == '\t';
-            const bool isPlain = isBlank ? at + 1 < line.size() : c > ' ' && c < 0x7F && c != '=';
-            // A soft break needs a column of its own.
-            const std::size_t width = isPlain ? 1 : 3;
-            if (column + width >= kLongestQuotedLine) {
+            const bool isPlain = isBlank ? at + 1 < line.size() : c > ' ' && c < '\x7F' && c != '=';
+            const std::string written =
+                isPlain ? std::string(1, c) : formatText("=%02X", static_cast<unsigned char>(c));
+            // A soft line break is a "=" and needs a column too.
+            if (column + written.size() >= kLongestQuotedLine) {
                 encoded += "=\r\n";
                 column = 0;
             }
-            column += width;
-            if (isPlain) {
-                encoded += line[at];
-            } else {
-                encoded += '=';
-                encoded += digits[c >> 4];
-                encoded += digits[c & 15];
-            }
+            encoded += written;
+            column += written.size();
         }
         encoded += kLineEnd;
     }
     return encoded;
+}
+
+// The number of characters before the first comma or semicolon outside quotation marks and angle brackets.
+std::size_t sizeOfFirstItem(std::string_view recipients) {
+    char closing = 0;  // ends the quotation or the brackets; 0 outside both
+    for (std::size_t at = 0; at < recipients.size(); ++at) {
+        const char c = recipients[at];
+        if (closing == '"' && c == '\\') {
+            ++at;
+        } else if (closing != 0) {
+            if (c == closing) closing = 0;
+        } else if (c == '"' || c == '<') {
+            closing = c == '"' ? c : '>';
+        } else if (c == ',' || c == ';') {
+            return at;
+        }
+    }
+    return recipients.size();
 }
 
 }  // namespace
@@ -176,46 +181,68 @@ std::string_view trimBlanks(std::string_view text) {
     return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
-std::vector<std::string> splitRecipients(std::string_view text) {
-    std::vector<std::string> items;
-    while (!text.empty()) {
-        const std::string_view item = text.substr(0, text.find_first_of(",;"));
-        text.remove_prefix(std::min(text.size(), item.size() + 1));
-        const std::string_view trimmed = trimBlanks(item);
-        if (!trimmed.empty()) items.emplace_back(trimmed);
+Mailbox parseMailbox(std::string_view text) {
+    text = trimBlanks(text);
+    std::string name;
+    bool isQuoted = false;
+    std::size_t at = 0;
+    for (; at < text.size() && (isQuoted || text[at] != '<'); ++at) {
+        if (text[at] == '"') {
+            isQuoted = !isQuoted;
+            continue;
+        }
+        if (isQuoted && text[at] == '\\' && at + 1 < text.size()) ++at;
+        name += text[at];
     }
-    return items;
+    if (at == text.size() || !text.ends_with('>')) return {{}, std::string(text)};
+    const std::string_view address = text.substr(at + 1, text.size() - at - 2);
+    return {std::string(trimBlanks(name)), std::string(trimBlanks(address))};
+}
+
+std::vector<Mailbox> parseRecipients(std::string_view text) {
+    std::vector<Mailbox> recipients;
+    while (!text.empty()) {
+        const std::string_view item = text.substr(0, sizeOfFirstItem(text));
+        text.remove_prefix(std::min(text.size(), item.size() + 1));
+        if (trimBlanks(item).empty()) continue;
+        Mailbox recipient = parseMailbox(item);
+        if (recipient.name.empty()) recipient.name = recipient.address;
+        recipients.push_back(std::move(recipient));
+    }
+    return recipients;
 }
 
 std::optional<EmailFault> findFault(const Email& email) {
+    const auto isBad = [](const Mailbox& mailbox) { return !isAddress(mailbox.address) || hasControl(mailbox.name); };
     if (hasControl(email.subject)) return EmailFault::kSubject;
-    if (!isAddress(email.from)) return EmailFault::kSender;
-    const auto isGood = [](const EmailRecipient& to) { return isAddress(to.address) && !hasControl(to.name); };
-    if (email.to.empty() || !std::ranges::all_of(email.to, isGood)) return EmailFault::kRecipient;
+    if (isBad(email.from)) return EmailFault::kSender;
+    if (email.to.empty() || std::ranges::any_of(email.to, isBad)) return EmailFault::kRecipient;
     return std::nullopt;
 }
 
 std::string formatEmail(const Email& email, const EmailStamp& stamp) {
     const std::string lines = withWireLineEnds(email.body);
-    const bool asItStands = isCarriedAsItStands(lines);
-    const std::size_t at = email.from.rfind('@');
-    const std::string domain = at == std::string::npos ? "localhost" : email.from.substr(at + 1);
-    std::string text = "Date: ";
-    text.append(formatDate(stamp.seconds)).append(kLineEnd);
-    text.append("From: <").append(email.from).append(">\r\n");
-    text += "To: ";
-    for (const EmailRecipient& to : email.to) {
-        if (&to != &email.to.front()) text += ",\r\n ";
-        text.append(formatName(to.name)).append("\r\n <").append(to.address).append(">");
-    }
-    text.append(kLineEnd).append(formatSubject(email.subject)).append(kLineEnd);
-    text.append("Message-ID: <").append(std::to_string(stamp.seconds)).append(".");
-    text.append(stamp.unique).append("@").append(domain).append(">\r\n");
-    text += "MIME-Version: 1.0\r\n";
-    text.append("Content-Type: text/plain; charset=").append(isAscii(lines) ? "us-ascii" : "utf-8").append(kLineEnd);
-    text.append("Content-Transfer-Encoding: ").append(asItStands ? "7bit" : "quoted-printable").append(kLineEnd);
-    text.append(kLineEnd).append(asItStands ? lines : encodeQuotedPrintable(lines));
-    return text;
+    const bool asItIs = canBeSentAsItIs(lines);
+    const std::string& sender = email.from.address;
+    const std::size_t at = sender.rfind('@');
+    std::string text;
+    const auto addField = [&text](std::string_view name, std::string_view value) {
+        text.append(name).append(value).append(kLineEnd);
+    };
+    addField("Date: ", formatDate(stamp.seconds));
+    addField("From: ", formatMailbox("From: ", email.from));
+    std::string recipients;
+    for (const Mailbox& to : email.to)
+        recipients.append(recipients.empty() ? "" : ",\r\n ").append(formatMailbox("To: ", to));
+    addField("To: ", recipients);
+    addField("Subject: ", formatHeaderText("Subject: ", email.subject, email.subject));
+    addField("Message-ID: ", formatText("<%s.%s@%s>", std::to_string(stamp.seconds).c_str(), stamp.unique.c_str(),
+                                        at == std::string::npos ? "localhost" : sender.c_str() + at + 1));
+    addField("MIME-Version: ", "1.0");
+    addField("Content-Type: ", isAscii(lines) ? "text/plain; charset=us-ascii" : "text/plain; charset=utf-8");
+    addField("Content-Transfer-Encoding: ", asItIs ? "7bit" : "quoted-printable");
+    addField("", "");
+    return text.append(asItIs ? lines : encodeQuotedPrintable(lines));
 }
 
 }  // namespace orvc

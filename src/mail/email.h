@@ -1,4 +1,4 @@
-// An e-mail as text: what stands on the wire between DATA and the closing dot.
+// An e-mail as text: what is sent between DATA and the closing dot.
 #pragma once
 
 #include <cstdint>
@@ -9,25 +9,27 @@
 
 namespace orvc {
 
-struct EmailRecipient {
+// A sender or a recipient. Without a name, only the address is shown.
+struct Mailbox {
     std::string name;
     std::string address;
 };
 
-// All texts are UTF-8. The console's own texts are in the code page of the machine, which only the machine can turn
-// into something that another one reads; UTF-8 is understood everywhere and needs no name of a code page in the
-// message.
+// All texts are UTF-8: the code page of one machine means nothing to another.
 struct Email {
-    void addTo(std::string name, std::string address) { to.push_back({std::move(name), std::move(address)}); }
-
     std::string subject;
     std::string body;  // any line ends
-    std::string from;  // an address
-    std::vector<EmailRecipient> to;
+    Mailbox from;
+    std::vector<Mailbox> to;
 };
 
-// The items of a "To" text: separated by comma or semicolon, blanks around them dropped, empty ones skipped.
-std::vector<std::string> splitRecipients(std::string_view text);
+// Reads `address`, `Name <address>` or `"Name, with any characters" <address>`. Any other text becomes the address as
+// it is; findFault() rejects it if it cannot be one.
+Mailbox parseMailbox(std::string_view text);
+
+// The items of a "To" text. Commas and semicolons separate them, except inside quotation marks and angle brackets;
+// empty items are skipped. The name of an address without a name is the address.
+std::vector<Mailbox> parseRecipients(std::string_view text);
 
 // `text` without blanks and tabs at its ends.
 std::string_view trimBlanks(std::string_view text);
@@ -36,20 +38,20 @@ std::string encodeBase64(std::string_view bytes);
 
 enum class EmailFault { kSubject, kSender, kRecipient };
 
-// Why an e-mail must not be sent; nothing when it may. A control character in the subject, the sender or a recipient
-// would end its line of the header and begin another. An address is printable ASCII without blanks and angle brackets,
-// of at most 320 characters; a zero byte in the body is no fault. There must be a recipient.
+// Why an e-mail must not be sent; empty if it may. A control character in the subject, the sender or a recipient would
+// end its header line and start another. An address is at most 320 printable ASCII characters without blanks and angle
+// brackets. There must be a recipient. The body may hold anything, also zero bytes.
 std::optional<EmailFault> findFault(const Email& email);
 
-// What a message says about its making.
+// Makes a message unique.
 struct EmailStamp {
     std::int64_t seconds = 0;  // since 1970 UTC
-    std::string unique;        // no other message of this second has it; letters and digits
+    std::string unique;        // letters and digits that no other message of this second has
 };
 
-// The whole message, every line ended with CR LF: plain text, as it stands where it is ASCII in lines that mail can
-// carry, otherwise quoted-printable. A subject of other characters, or one that is too long for a line, becomes encoded
-// words. `email` has no fault.
+// The whole message: plain text, with every line ended by CR LF. The body is unchanged if it is ASCII in lines that
+// mail can carry, else quoted-printable. A subject or name that is not ASCII or too long for a line becomes encoded
+// words. `email` must be free of faults.
 std::string formatEmail(const Email& email, const EmailStamp& stamp);
 
 }  // namespace orvc

@@ -25,7 +25,7 @@ void MailTask::run() {
     try {
         if (mailer_.send(email_)) outcome = mailer_.close() ? Outcome::kSent : Outcome::kSentNotClosed;
     } catch (const std::exception&) {
-        // Memory has run out; nothing was sent.
+        // Out of memory, so nothing was sent.
     }
     outcome_.store(outcome, std::memory_order_release);
     if (!abandoned_.load(std::memory_order_relaxed)) finished_();

@@ -18,22 +18,24 @@ struct MailServer {
     int port = 25;
 };
 
-// Purpose: sends one e-mail while its owner goes on.
+// Purpose: sends one e-mail in the background.
 //
-// Thread: made, asked and destroyed on one thread; the callbacks run on another. Lifetime: the destructor cancels the
-// send and waits for its end, about a second at most; what the callbacks use lives as long.
+// Thread: one thread makes, asks and destroys it; the callbacks run on another. Lifetime: the destructor cancels the
+// send and waits until it ends, about a second at most; what the callbacks use must live until then.
 class MailTask {
   public:
     enum class Outcome { kRunning, kFailed, kSent, kSentNotClosed };
 
-    // Starts at once. `finished` is called when outcome() is known, unless the task is being destroyed. Throws
-    // std::system_error when there is no thread to be had.
+    // Starts at once. Calls `finished` when outcome() is known, unless the task is being destroyed. Throws
+    // std::system_error if the system has no thread for it.
     MailTask(const MailServer& server, Email email, Mailer::Report report, std::function<void()> finished);
     ~MailTask();
     MailTask(const MailTask&) = delete;
     MailTask& operator=(const MailTask&) = delete;
 
     Outcome outcome() const { return outcome_.load(std::memory_order_acquire); }
+    // Of an outcome kFailed.
+    const MailFailure& failure() const { return mailer_.failure(); }
     void cancel() { mailer_.cancel(); }
 
   private:

@@ -48,7 +48,7 @@ std::string makeUnique() {
     return formatText("%08x%08x", random(), random());
 }
 
-// The server's address as the library takes it; empty when the host or the port cannot be one.
+// The server's address as libcurl wants it; empty if the host or the port is not valid.
 std::string formatAddress(const std::string& host, int port) {
     if (port < 1 || port > 65'535) return {};
     std::string name(trimBlanks(host));
@@ -68,8 +68,8 @@ std::string formatAddress(const std::string& host, int port) {
 }
 
 #ifdef _WIN32
-// The machine's trusted certificates in PEM, where its TLS does not check certificates by itself, as Wine's does not:
-// the library checks against them then. Empty on Windows, which does it, and knows more than it has in its store.
+// Wine's TLS does not check certificates. Under Wine: the certificates that the machine trusts, in PEM, so that libcurl
+// checks against them. On Windows: empty, because Windows checks and knows more certificates than its store holds.
 std::string trustedWhereUnchecked() {
     std::string trusted;
     if (GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") == nullptr) return trusted;
@@ -84,7 +84,7 @@ std::string trustedWhereUnchecked() {
             trusted.append(text, 0, size);
     }
     if (store != nullptr) CertCloseStore(store, 0);
-    // Without any to trust nothing is trusted.
+    // An empty list would switch the check off.
     return trusted.empty() ? "none" : trusted;
 }
 #endif
@@ -105,12 +105,13 @@ void hide(std::string& text, const std::string& secret) {
 }  // namespace
 
 const char* nameOf(MailStage stage) {
-    constexpr std::array names{"message", "connect", "TLS", "logon", "sender", "recipient", "data"};
+    constexpr std::array names{"mail library", "subject", "sender", "recipient", "server's name or port",
+                               "connect",      "TLS",     "logon",  "sender",    "recipient",
+                               "data"};
     return names[static_cast<std::size_t>(stage)];
 }
 
-// One send. The library calls back on the thread that performs it; what server and console say to each other line by
-// line tells the stage.
+// One send. libcurl calls back on the thread that performs it. The commands that it sends tell the stage.
 class MailRun {
   public:
     MailRun(Mailer& mailer, const Email& email, TimePoint start)
@@ -119,7 +120,7 @@ class MailRun {
           deadline_(start + mailer.timeLimit_),
           secrets_{mailer.password_, encodeBase64(mailer.password_)} {}
 
-    // Returns whether the e-mail was taken.
+    // Returns whether the server accepted the e-mail.
     bool perform();
 
   private:
@@ -127,6 +128,7 @@ class MailRun {
     void onCommand(std::string_view line);
     void onAnswer(std::string_view line);
     void reportFailure(CURLcode code);
+    void report(const std::string& line) { mailer_.report_("sendEmail: " + line); }
     std::string makeReportable(std::string_view text) const;
     void enter(MailStage stage) {
         stage_ = stage;
@@ -146,17 +148,17 @@ class MailRun {
     std::string message_;
     std::size_t sent_ = 0;
     MailStage stage_ = MailStage::kConnect;
-    bool hasTls_ = mailer_.port_ == Mailer::kTlsPort;  // before the handshake nothing is said
+    bool hasTls_ = mailer_.port_ == Mailer::kTlsPort;  // there, no command is sent before the handshake
     bool isLeaving_ = false;
-    std::string answer_;                // the last line that the server said in this stage
-    std::vector<std::string> secrets_;  // also what the logon has sent
+    std::string answer_;                // the last line of the server in this stage
+    std::vector<std::string> secrets_;  // the password and what the logon has sent
     std::array<char, CURL_ERROR_SIZE> error_{};
 };
 
 bool MailRun::setUp(CURL* curl, const std::string& address) {
     curl_ = curl;
-    sender_ = email_.from;
-    for (const EmailRecipient& to : email_.to) {
+    sender_ = email_.from.address;
+    for (const Mailbox& to : email_.to) {
         curl_slist* longer = curl_slist_append(recipients_.get(), to.address.c_str());
         if (longer == nullptr) return false;
         static_cast<void>(recipients_.release());
@@ -171,11 +173,13 @@ bool MailRun::setUp(CURL* curl, const std::string& address) {
     set(CURLOPT_URL, address.c_str());
     set(CURLOPT_USE_SSL, static_cast<long>(CURLUSESSL_TRY));
     set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+    // On Windows: accept a certificate whose revocation list cannot be reached.
+    set(CURLOPT_SSL_OPTIONS, static_cast<long>(CURLSSLOPT_REVOKE_BEST_EFFORT));
     if (!mailer_.trustedCertificates_.empty()) set(CURLOPT_CAINFO, mailer_.trustedCertificates_.c_str());
     if (!mailer_.userName_.empty()) {
         set(CURLOPT_USERNAME, mailer_.userName_.c_str());
         set(CURLOPT_PASSWORD, mailer_.password_.c_str());
-        set(CURLOPT_LOGIN_OPTIONS, "AUTH=PLAIN;AUTH=LOGIN");
+        set(CURLOPT_LOGIN_OPTIONS, "AUTH=DIGEST-MD5;AUTH=CRAM-MD5;AUTH=NTLM;AUTH=PLAIN;AUTH=LOGIN");
     }
     set(CURLOPT_MAIL_FROM, sender_.c_str());
     set(CURLOPT_MAIL_RCPT, recipients_.get());
@@ -188,10 +192,10 @@ bool MailRun::setUp(CURL* curl, const std::string& address) {
     set(CURLOPT_NOPROGRESS, 0L);
     set(CURLOPT_XFERINFOFUNCTION, &MailRun::onProgress);
     set(CURLOPT_XFERINFODATA, static_cast<void*>(this));
-    // The connection ends within the send, where its end can be watched.
+    // Close the connection within the send, so that onAnswer() sees the server's goodbye.
     set(CURLOPT_FORBID_REUSE, 1L);
     set(CURLOPT_NOSIGNAL, 1L);
-    // A name that is still looked up must not hold up the end.
+    // Do not wait at the end for a name that is still being looked up.
     set(CURLOPT_QUICK_EXIT, 1L);
     const auto left =
         std::chrono::duration_cast<std::chrono::milliseconds>(deadline_ - std::chrono::steady_clock::now());
@@ -201,7 +205,7 @@ bool MailRun::setUp(CURL* curl, const std::string& address) {
     curl_blob blob{trusted.data(), trusted.size(), CURL_BLOB_COPY};
     if (!trusted.empty()) set(CURLOPT_CAINFO_BLOB, &blob);
 #else
-    // LocalSettings of the machine's own for other programs have no say here.
+    // Ignore what this machine sets for other programs.
     set(CURLOPT_PROXY, "");
     set(CURLOPT_NETRC, static_cast<long>(CURL_NETRC_IGNORED));
 #endif
@@ -209,55 +213,55 @@ bool MailRun::setUp(CURL* curl, const std::string& address) {
 }
 
 bool MailRun::perform() {
-    if (const auto fault = findFault(email_)) {
-        mailer_.failedStage_ = *fault == EmailFault::kSender      ? MailStage::kSender
-                               : *fault == EmailFault::kRecipient ? MailStage::kRecipient
-                                                                  : MailStage::kMessage;
-        mailer_.report_(std::string("Email not sent: the ")
-                            .append(*fault == EmailFault::kSubject ? "subject" : nameOf(mailer_.failedStage_))
-                            .append(" is not valid"));
-        return false;
-    }
+    MailFailure& failure = mailer_.failure_;
+    failure = {};
     const std::string address = formatAddress(mailer_.host_, mailer_.port_);
-    if (address.empty()) {
-        mailer_.failedStage_ = MailStage::kConnect;
-        mailer_.report_("Email not sent: the server's name or port is not valid");
+    if (const auto fault = findFault(email_))
+        failure.stage = *fault == EmailFault::kSubject  ? MailStage::kSubject
+                        : *fault == EmailFault::kSender ? MailStage::kFrom
+                                                        : MailStage::kTo;
+    else if (address.empty())
+        failure.stage = MailStage::kHost;
+    if (failure.stage != MailStage::kStart) {
+        report(std::string("Email not sent: the ").append(nameOf(failure.stage)).append(" is not valid"));
         return false;
     }
     const CurlHandle curl(startLibrary() ? curl_easy_init() : nullptr);
     if (curl == nullptr || !setUp(curl.get(), address)) {
-        mailer_.failedStage_ = MailStage::kConnect;
-        mailer_.report_("Email not sent: the mail library is not ready");
+        report("Email not sent: the mail library is not ready");
         return false;
     }
-    mailer_.report_(std::string("Email goes to ").append(makeReportable(address)));
+    report("Email goes to " + makeReportable(address));
     const CURLcode code = curl_easy_perform(curl.get());
     if (code != CURLE_OK) {
         mailer_.closedCleanly_ = false;
         reportFailure(code);
         return false;
     }
-    mailer_.report_(std::string("Email sent").append(hasTls_ ? " with TLS" : " without TLS"));
-    if (!mailer_.closedCleanly_) mailer_.report_("Email connection not closed cleanly");
+    report(hasTls_ ? "Email sent with TLS" : "Email sent without TLS");
+    if (!mailer_.closedCleanly_) report("Email connection not closed cleanly");
     return true;
 }
 
 void MailRun::reportFailure(CURLcode code) {
-    // The handshake of port 465 comes before any line.
+    // On port 465, the handshake comes before any command. The server may offer no kind of logon that we know.
     if (stage_ == MailStage::kConnect && isTlsFailure(code)) stage_ = MailStage::kTls;
-    mailer_.failedStage_ = stage_;
-    const char* reason = error_[0] != '\0' ? error_.data() : curl_easy_strerror(code);
-    if (mailer_.cancelled_.load(std::memory_order_relaxed))
-        reason = "cancelled";
-    else if (code == CURLE_ABORTED_BY_CALLBACK || code == CURLE_OPERATION_TIMEDOUT)
-        reason = "time limit reached";
+    if (code == CURLE_LOGIN_DENIED) stage_ = MailStage::kLogon;
+    const bool isCancelled = mailer_.cancelled_.load(std::memory_order_relaxed);
+    const bool timedOut = !isCancelled && (code == CURLE_ABORTED_BY_CALLBACK || code == CURLE_OPERATION_TIMEDOUT);
+    const std::string reason = isCancelled           ? "cancelled"
+                               : timedOut            ? "time limit reached"
+                               : error_.front() != 0 ? makeReportable(error_.data())
+                                                     : curl_easy_strerror(code);
+    const bool isRefusal = answer_.starts_with('4') || answer_.starts_with('5');
+    mailer_.failure_ = {stage_, isRefusal ? answer_ : reason, timedOut};
     std::string line = "Email not sent, stage ";
-    line.append(nameOf(stage_)).append(": ").append(makeReportable(reason));
+    line.append(nameOf(stage_)).append(": ").append(reason);
     if (!answer_.empty()) line.append("; the server said '").append(answer_).append("'");
-    mailer_.report_(line);
+    report(line);
 }
 
-// Without control characters, secrets and anything beyond a fair length.
+// Removes secrets and control characters, and shortens a long text.
 std::string MailRun::makeReportable(std::string_view text) const {
     std::string clean(text.substr(0, text.find_last_not_of("\r\n") + 1));
     for (const std::string& secret : secrets_)
@@ -269,36 +273,36 @@ std::string MailRun::makeReportable(std::string_view text) const {
 }
 
 // ---------------------------------------------------------------------------------------------------------------------
-// What is said on the wire
+// What the console and the server say
 
 void MailRun::onCommand(std::string_view line) {
     while (line.ends_with('\n') || line.ends_with('\r'))
         line.remove_suffix(1);
     const auto is = [line](std::string_view verb) { return line.substr(0, verb.size()) == verb; };
-    if (stage_ == MailStage::kLogon && !is("MAIL FROM") && !is("QUIT")) {
+    if (is("AUTH ")) {
+        enter(MailStage::kLogon);
+        // Other kinds of logon prove that they know the password, and do not send it.
+        if (!hasTls_ && !mailer_.password_.empty() && (is("AUTH PLAIN") || is("AUTH LOGIN")))
+            report("the server offers no TLS, the password goes in clear");
+    } else if (stage_ == MailStage::kLogon && !is("MAIL FROM") && !is("QUIT")) {
         secrets_.emplace_back(line);
     } else if (is("STARTTLS")) {
         enter(MailStage::kTls);
-        // The server offers TLS: from here on the library takes its refusal for a failure, and not for leave to go on
-        // in clear.
+        // The server offers TLS. From here on, libcurl treats a refusal as a failure and does not go on unencrypted.
         curl_easy_setopt(curl_, CURLOPT_USE_SSL, static_cast<long>(CURLUSESSL_ALL));
     } else if (stage_ == MailStage::kTls && (is("EHLO") || is("HELO"))) {
         hasTls_ = true;
         enter(MailStage::kConnect);
-    } else if (is("AUTH ")) {
-        enter(MailStage::kLogon);
-        if (!hasTls_ && !mailer_.password_.empty())
-            mailer_.report_("Email: the server offers no TLS, the password goes in clear");
     } else if (is("MAIL FROM")) {
         if (stage_ != MailStage::kLogon && !mailer_.userName_.empty())
-            mailer_.report_("Email: the server takes no logon, it goes without");
+            report("the server takes no logon, it goes without");
         enter(MailStage::kSender);
     } else if (is("RCPT TO")) {
         enter(MailStage::kRecipient);
     } else if (line == "DATA") {
         enter(MailStage::kData);
     } else if (line == "QUIT") {
-        // Whatever the stage was stays, with its answer: a failure lies there.
+        // Keep the stage and its answer: a failure was there.
         isLeaving_ = true;
         deadline_ = std::min(deadline_, std::chrono::steady_clock::now() + kLeaveLimit);
     }
@@ -319,7 +323,7 @@ int MailRun::onDebug(CURL*, curl_infotype type, char* text, std::size_t size, vo
         else if (type == CURLINFO_HEADER_IN)
             self->onAnswer({text, size});
     } catch (const std::exception&) {
-        // Without memory for a line of the log the send goes on.
+        // No memory for a line of the log: go on with the send.
     }
     return 0;
 }

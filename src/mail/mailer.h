@@ -11,55 +11,65 @@
 
 namespace orvc {
 
-// How far a send has come, which is where it failed if it did.
-enum class MailStage { kMessage, kConnect, kTls, kLogon, kSender, kRecipient, kData };
+// How far a send has come. If it fails: where. Before kConnect, nothing was sent and the text that the stage names is
+// not valid; at kStart, libcurl or memory failed. The results in the string table have this order too.
+enum class MailStage { kStart, kSubject, kFrom, kTo, kHost, kConnect, kTls, kLogon, kSender, kRecipient, kData };
 
-// "connect", "TLS" …, for the support log.
+// The stage's name in the tracking file: "connect", "TLS" …
 const char* nameOf(MailStage stage);
 
-// Purpose: hands one e-mail at a time to a mail server.
+// Why a send failed.
+struct MailFailure {
+    MailStage stage = MailStage::kStart;
+    // From kConnect on: the server's refusal, or what libcurl says if there was none. One line without the password.
+    std::string detail{};
+    bool timedOut = false;
+};
+
+// Purpose: sends one e-mail at a time through a mail server.
 //
-// Port 465 speaks TLS from the first byte. On any other port TLS begins when the server offers it; from then on a
-// server that refuses it, a handshake that fails and a certificate that is not trusted are a failed send: nothing of
-// the logon or of the message is ever sent in clear then. Only where no TLS is offered everything goes in clear.
+// On port 465, TLS starts with the first byte. On any other port, it starts if the server offers it. From then on, the
+// send fails if the server refuses TLS, the handshake fails or the certificate is not trusted; neither the logon nor
+// the message is sent unencrypted. If the server offers no TLS, everything is sent unencrypted. On Windows, a revoked
+// certificate is not trusted, but one whose revocation list cannot be reached is.
 // Without a user name there is no logon.
 //
-// Thread: any, one at a time; cancel() may be called from another one. Lifetime: of the object with a send in it the
-// caller takes care.
-// Guarantees: send() returns after the time limit and a second at the latest; neither the password nor anything else
-// that a logon sends is reported.
+// Thread: any, one at a time; any other thread may call cancel(). Lifetime: the caller keeps the object alive while
+// send() runs.
+// Guarantees: send() returns at most a second after the time limit. Neither the password nor anything else that a logon
+// sends is reported.
 class Mailer {
   public:
     static constexpr int kTlsPort = 465;
     static constexpr std::chrono::milliseconds kTimeLimit{30'000};
 
-    // Takes lines for the support log, without line end, while send() runs and on its thread.
+    // Gets lines for the tracking file, without line end, while send() runs and on its thread.
     using Report = std::function<void(const std::string& line)>;
 
     explicit Mailer(Report report);
     Mailer(const Mailer&) = delete;
     Mailer& operator=(const Mailer&) = delete;
 
-    // A name or an address; a literal IPv6 address may come without its brackets.
+    // A name or an address; an IPv6 address needs no brackets.
     void setHost(std::string host) { host_ = std::move(host); }
     void setUserName(std::string userName) { userName_ = std::move(userName); }
     void setPassword(std::string password) { password_ = std::move(password); }
     void setPort(int port) { port_ = port; }
     void setTimeLimit(std::chrono::milliseconds limit) { timeLimit_ = limit; }
-    // A PEM file of the certificates to trust; by itself those of the machine are trusted.
+    // A PEM file of the certificates to trust, instead of those that the machine trusts.
     void setTrustedCertificates(std::string path) { trustedCertificates_ = std::move(path); }
 
-    // Sends `email` to all its recipients and ends the connection. Returns false when any of them was refused or
-    // anything else failed; nothing was delivered then, as far as the server tells.
+    // Sends `email` to all its recipients and closes the connection. Returns false if the server refused one of them or
+    // anything else failed; the server has then accepted nothing.
     bool send(const Email& email);
 
-    // Tells whether the server took leave of the last send's connection; false when that send failed.
+    // Returns whether the server confirmed the end of the last send's connection; false if that send failed.
     bool close();
 
-    // Where the last send failed.
-    MailStage failedStage() const { return failedStage_; }
+    // Why the last send failed.
+    const MailFailure& failure() const { return failure_; }
 
-    // Makes the send that runs, and every later one, fail within about a second.
+    // Makes the running send, and every later one, fail within about a second.
     void cancel() { cancelled_.store(true, std::memory_order_relaxed); }
 
   private:
@@ -72,7 +82,7 @@ class Mailer {
     int port_ = 25;
     std::chrono::milliseconds timeLimit_ = kTimeLimit;
     std::string trustedCertificates_;
-    MailStage failedStage_ = MailStage::kMessage;
+    MailFailure failure_;
     bool closedCleanly_ = false;
     std::atomic<bool> cancelled_{false};
 };

@@ -10,7 +10,8 @@ namespace {
 constexpr std::string_view kOpening = "<?xml version=\"1.0\" encoding=\"utf-8\" ?>\r\n<ORVSEventFile>\r\n\t";
 constexpr std::string_view kClosing = "\r\n</ORVSEventFile>\r\n";
 
-// Finds the element `tag` in a loaded payload. Both readers log under the names that support knows.
+// Loads `bytes` and finds the element `tag`. For both kinds of payload, the log has the routine names that support
+// knows.
 std::optional<XmlElement> findPayload(XmlDocument& document, std::string_view bytes, const char* tag,
                                       TrackingLog& log) {
     if (!document.load(bytes)) {

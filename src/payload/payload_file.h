@@ -1,4 +1,4 @@
-// Payload files: the small XML file on the server that holds the text an Event speaks, or the e-mail that it sends.
+// Payload files: small XML files on the server, each with the text that an Event speaks or the e-mail that it sends.
 #pragma once
 
 #include <string>
@@ -12,7 +12,7 @@ namespace orvc {
 // Which payload file a response has.
 enum class PayloadKind { kNone, kSpokenText, kEmail };
 
-// What an e-mail payload holds. Texts in 8-bit characters; several addresses stand in one text.
+// The e-mail in a payload file, in 8-bit texts. A text can hold several addresses.
 struct EventEmail {
     std::string from;
     std::string to;
@@ -24,16 +24,16 @@ struct EventEmail {
     bool operator==(const EventEmail&) const = default;
 };
 
-// The whole file. The text and the body are encoded, the other fields go in as they are: a double quote in one of them
-// makes a file that cannot be read again.
+// The whole file. The text and the body are encoded. The other fields are written as they are: a double quote in one of
+// them makes the file unreadable.
 std::string formatTtsFile(std::string_view text);
 std::string formatEmailFile(const EventEmail& email);
 
-// The text in a spoken-text payload's bytes; empty, with a line in the log, for bytes that are no such file.
+// The text in the bytes of a spoken-text payload file. Empty, with a line in the log, if the bytes are not such a file.
 std::string getTtsMessage(std::string_view bytes, TrackingLog& log);
 
-// The e-mail in an e-mail payload's bytes; all empty, with a line in the log, for bytes that are no such file. A file
-// with another outermost tag is logged and read all the same.
+// The e-mail in the bytes of an e-mail payload file. Empty, with a line in the log, if the bytes are not such a file.
+// If only the outermost tag is another one, logs that and reads the file.
 EventEmail processConfigurationFile(std::string_view bytes, TrackingLog& log);
 
 }  // namespace orvc

@@ -10,15 +10,15 @@
 namespace orvc {
 namespace {
 
-// Payload texts are ordinary prose with an escape here and there. So we copy 16 bytes at a time, as one vector, and
-// look in all of them at once for the first that needs more than copying.
+// Payload texts are ordinary prose with few escapes. So we copy 16 bytes at a time, as one vector, and search all of
+// them at once for the first one that cannot just be copied.
 using Vector [[gnu::vector_size(16)]] = signed char;
 using Halves = std::array<std::uint64_t, 2>;
 static_assert(std::endian::native == std::endian::little, "the lowest bits of a half are its first byte");
 
-// The finders mark the special bytes with ones and the others with zeros.
+// The finders set special bytes to all ones and the others to zero.
 
-// Signed, so that bytes from 0x80 on are small.
+// The bytes are signed: those from 0x80 are less than ' '.
 Vector findToEncode(Vector bytes) {
     return (bytes < ' ') | (bytes == '%') | (bytes == '&') | (bytes == '<') | (bytes == '>');
 }
@@ -27,8 +27,8 @@ Vector findToDecode(Vector bytes) {
     return (bytes == '%') | (bytes == '&');
 }
 
-// Copies vectors as long as one begins before `last` and `find` marks nothing in it, and then what comes before the
-// first marked byte.
+// Copies vectors while they begin before `last` and `find` marks no byte in them, then the bytes before the first
+// marked one.
 template <Vector find(Vector)>
 void copyPlain(const char*& in, const char* last, char*& out) {
     while (in < last) {
@@ -47,7 +47,7 @@ void copyPlain(const char*& in, const char* last, char*& out) {
     }
 }
 
-// A byte's written form, padded to a size that is copied without a loop.
+// The encoding of a byte, padded to a size that is copied without a loop.
 struct Encoded {
     std::array<char, 7> text{};
     std::uint8_t length = 0;
@@ -98,9 +98,9 @@ bool mayBeginEscape(char c) {
     return c == '%' || c == '&';
 }
 
-// The steps read one character or escape at `in`, which is not the end, and write what stands for it at `out`.
+// Each step reads one character or escape at `in`, which is not the end, and writes its translation at `out`.
 
-// Writes the padding too.
+// Also writes the padding.
 void encodeStep(const char*& in, const char*, char*& out) {
     const Encoded& encoded = kEncodings[indexOf(*in++)];
     std::memcpy(out, encoded.text.data(), encoded.text.size());
@@ -131,24 +131,24 @@ void decodeStep(const char*& in, const char* end, char*& out) {
     in += length;
 }
 
-// Appends what `step` makes of `text` to `result`. What is written gathers in a block on the stack, so that the result
-// is never filled with zeros first.
+// Appends `text`, translated by `step`, to `result`. A block on the stack collects the output, so that `result` need
+// not be filled with zeros first.
 template <Vector find(Vector), bool isSpecial(char), void step(const char*&, const char*, char*&)>
 void appendTransformed(std::string_view text, std::string& result) {
     constexpr std::size_t kBlock = 4096;
-    // A vector and a step may begin just before the block is full.
+    // The last vector or step may start just before the end of the block, so it needs space after it.
     char block[kBlock + sizeof(Vector) + sizeof(Encoded)];
     const char* in = text.data();
     const char* const end = in + text.size();
-    // From here on no whole vector is left.
+    // From here on, less than a vector is left.
     const char* const tail = text.size() < sizeof(Vector) ? in : end - sizeof(Vector) + 1;
     while (in != end) {
         char* out = block;
         while (in != end && out < block + kBlock) {
             copyPlain<find>(in, in + std::min(tail - in, block + kBlock - out), out);
             if (in == end) break;
-            // Line ends are two escapes in a row. Plain bytes come here too, where no vector or no room for one is
-            // left.
+            // Escapes often follow each other, as in a line end. Plain bytes also come here if no whole vector is left,
+            // or no space for one in the block.
             do {
                 step(in, end, out);
             } while (in != end && isSpecial(*in) && out < block + kBlock);
@@ -160,7 +160,7 @@ void appendTransformed(std::string_view text, std::string& result) {
 }  // namespace
 
 void appendEncodedEventText(std::string_view text, std::string& result) {
-    // Room for two line ends in every 70 characters or so.
+    // Enough for two line ends in every 70 characters or so.
     result.reserve(result.size() + text.size() + text.size() / 8);
     appendTransformed<findToEncode, needsEncoding, encodeStep>(text, result);
 }

@@ -1,4 +1,4 @@
-// How a text is written into an Event's payload file so that XML and line-oriented tools leave it alone.
+// How a text is written into an Event's payload file: without characters that mean something in XML, and on one line.
 #pragma once
 
 #include <string>
@@ -6,16 +6,16 @@
 
 namespace orvc {
 
-// `text` as element content: control characters as '%' and two lower-case hexadecimal digits, "%" doubled, "&", "<" and
-// ">" as entities, everything else as it stands. A byte from 0x80 to 0xFF becomes "%ff" whatever it was: this loss
-// belongs to the format.
+// `text` as element content. A control character becomes '%' and two lower-case hexadecimal digits, "%" is doubled, and
+// "&", "<" and ">" become entities. Every byte from 0x80 to 0xFF becomes "%ff": the format loses them. Other characters
+// stay as they are.
 std::string encodeEventText(std::string_view text);
 
-// As encodeEventText(), at the end of `result`.
+// Appends what encodeEventText() returns.
 void appendEncodedEventText(std::string_view text, std::string& result);
 
-// The text that `content` stands for. "%" takes any two characters that follow as digits: letters beyond "f" count 0,
-// other characters their distance from "0". What is no escape is copied, an incomplete one at the end too.
+// Decodes `content`. Any two characters after "%" count as digits: letters after "f" as 0, other characters as their
+// distance from "0". Everything that is not an escape is copied, also an incomplete escape at the end.
 std::string decodeEventText(std::string_view content);
 
 }  // namespace orvc

@@ -8,12 +8,12 @@
 namespace orvc {
 namespace {
 
-// No decoding of entities, line ends or white space. As a "fragment", since texts beside the root are dropped otherwise
-// and could not be found fault with.
+// No decoding of entities, line ends or white space. As a "fragment": otherwise pugixml drops texts beside the root,
+// and load() could not reject them.
 constexpr unsigned kParseAsItStands = pugi::parse_minimal | pugi::parse_fragment;
 
-// Positions in a document that pugixml has accepted, so that every tag, quote and comment is known to be closed. A
-// search that fails all the same ends at the end of the bytes.
+// A position in a document that pugixml has accepted, so every tag, quote and comment is closed. A search that still
+// fails stops at the end of the bytes.
 class Cursor {
   public:
     Cursor(std::string_view bytes, std::size_t at) : bytes_(bytes), at_(at) {}
@@ -32,7 +32,7 @@ class Cursor {
         skip(text.size());
     }
 
-    // From within an opening tag to behind it. Returns whether the tag has closed the element, as <a/> does.
+    // Moves from inside an opening tag to its end. Returns whether the tag also closes the element, as <a/> does.
     bool leaveOpeningTag() {
         bool closed = false;
         for (; !atEnd(); skip(1)) {
@@ -53,7 +53,7 @@ class Cursor {
     std::size_t at_;
 };
 
-// From behind an element's opening tag to its closing tag.
+// Moves from the end of an element's opening tag to its closing tag.
 void goToClosingTag(Cursor& cursor) {
     std::size_t depth = 1;
     for (cursor.goTo("<"); !cursor.atEnd(); cursor.goTo("<")) {
@@ -94,14 +94,14 @@ std::optional<std::string_view> XmlElement::attribute(const char* name) const {
 }
 
 std::string_view XmlElement::content() const {
-    // Names and values lie in pugixml's copy of the bytes where they lie in the bytes.
+    // Names and values have the same offsets in pugixml's copy as in the bytes.
     const pugi::xml_node node(node_);
     const std::ptrdiff_t offset = node.offset_debug();
     if (offset < 0) return {};
     std::size_t at = static_cast<std::size_t>(offset);
     if (const pugi::xml_attribute last = node.last_attribute()) {
         const std::string_view value = last.value();
-        // Behind its closing quote.
+        // After its closing quote.
         at += static_cast<std::size_t>(value.data() + value.size() + 1 - node.name());
     }
     Cursor cursor(bytes_, at);
@@ -118,9 +118,9 @@ XmlDocument::~XmlDocument() = default;
 bool XmlDocument::load(std::string_view bytes) {
     bytes_ = bytes;
     document_->reset();
-    // Nothing, blanks or zeros would pass for a document without elements.
+    // pugixml accepts no bytes, blanks and zeros as a document without elements.
     if (bytes.find('<') == std::string_view::npos) return false;
-    // Whatever encoding the declaration names, the bytes are taken as they are.
+    // Use the bytes as they are, whatever encoding the declaration names.
     bool good = document_->load_buffer(bytes.data(), bytes.size(), kParseAsItStands, pugi::encoding_utf8);
     bool hasRoot = false;
     for (pugi::xml_node node = document_->first_child(); good && node; node = node.next_sibling()) {

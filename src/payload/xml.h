@@ -1,4 +1,4 @@
-// Reading XML without decoding it: texts come back exactly as they stand in the file.
+// Reads XML without decoding it: texts are returned exactly as they are in the file.
 #pragma once
 
 #include <memory>
@@ -12,24 +12,24 @@ struct xml_node_struct;
 
 namespace orvc {
 
-// One element of a loaded document. Small, copied freely.
+// One element of a loaded document. Cheap to copy.
 //
-// Lifetime: it and the texts it returns are views into the document and into the bytes given to load(); both outlive
-// it.
+// Lifetime: it and the texts that it returns are views into the document and into the bytes given to load(). Both must
+// outlive it.
 class XmlElement {
   public:
-    // Compares the whole tag, in the case of the file.
+    // Compares the whole tag; case matters.
     bool hasTag(const char* tag) const;
 
-    // The first child element with `tag`; nothing when there is none.
+    // The first child element with `tag`; empty if there is none.
     std::optional<XmlElement> firstChild(const char* tag) const;
 
-    // The text between the quotes, entities and white space as they stand; nothing when there is no such attribute. Of
-    // attributes with one name the first counts.
+    // The text between the quotes, with entities and white space unchanged; empty if there is no such attribute. If
+    // several attributes have this name, the first one counts.
     std::optional<std::string_view> attribute(const char* name) const;
 
-    // All that stands between the element's opening and closing tag, markup included; empty for <a/>. Walks through it
-    // on each call.
+    // Everything between the element's opening and closing tag, including markup; empty for <a/>. Each call searches
+    // for the closing tag.
     std::string_view content() const;
 
   private:
@@ -51,14 +51,13 @@ class XmlDocument {
     XmlDocument(const XmlDocument&) = delete;
     XmlDocument& operator=(const XmlDocument&) = delete;
 
-    // Reads a document and forgets the one before. Returns false, with no root, for what is not one: no markup at all,
-    // a tag that is not closed, text or a second element beside the root, another encoding than one of 8-bit
-    // characters, or memory running out. A zero byte outside the root ends the document. Names and entities are not
-    // checked, a "<" in an attribute and two attributes of one name are let through. `bytes` must stay as they are
-    // while the document is used.
+    // Replaces the document. Returns false, without a root, if `bytes` are not a document (no markup at all, a tag that
+    // is not closed, text or a second element beside the root, an encoding that is not 8-bit) or memory runs out. A
+    // zero byte outside the root ends the document. Does not check names and entities; accepts a "<" in an attribute
+    // and several attributes with one name. `bytes` must not change while the document is used.
     bool load(std::string_view bytes);
 
-    // The outermost element; nothing when the document has no element (a declaration alone, for instance).
+    // The outermost element; empty if the document has none (only a declaration, for instance).
     std::optional<XmlElement> root() const;
 
   private:

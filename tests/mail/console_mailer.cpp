@@ -1,8 +1,8 @@
 // Lets the console on Windows, or under Wine, send test e-mails from its Preferences.
 //
 // Arguments: a certificate file (DER) that the user trusts meanwhile, subject, message, and for each e-mail
-// "port,password,recipients". The texts are taken in the code page of the machine. Prints what each message box says,
-// and then what the support log says about e-mail.
+// "port,password,recipients". The texts are in the code page of the machine. Prints what each message box says, and
+// then the tracking file's lines about e-mail.
 #include <windows.h>
 
 #include <shlobj.h>
@@ -76,8 +76,10 @@ void printLog() {
     char folder[MAX_PATH] = "";
     SHGetSpecialFolderPathA(nullptr, folder, CSIDL_APPDATA, FALSE);
     std::ifstream log(std::string(folder) + "\\Kestrel Sonics\\ORVCTracking.txt");
+    const std::string routine = "sendEmail: ";
     for (std::string line; std::getline(log, line);)
-        if (const std::size_t at = line.find("Email"); at != std::string::npos) std::puts(line.c_str() + at);
+        if (const std::size_t at = line.find(routine); at != std::string::npos)
+            std::puts(line.c_str() + at + routine.size());
 }
 
 }  // namespace

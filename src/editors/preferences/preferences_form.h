@@ -1,4 +1,4 @@
-// The rules of the preferences: which port is one, what has changed, and what is taken over.
+// The rules of the preferences: which ports are valid, and what has changed.
 #pragma once
 
 #include <cstdint>
@@ -12,18 +12,18 @@
 
 namespace orvc {
 
-// The number that a text begins with, blanks before it skipped, held within 32 bits; nothing when the text is anything
-// but a number.
+// The whole number that `text` is, limited to 32 bits. It may have a sign, and blanks around it. Empty if the text is
+// not a whole number.
 std::optional<std::int32_t> parseInteger(std::string_view text);
 
-// Purpose: what the Email page holds. The dialog copies the texts to and from its controls.
+// Purpose: holds the Email page's settings. The dialog copies the texts to and from its controls.
 // Thread: user-interface thread.
 class EmailForm {
   public:
     static constexpr std::int32_t kLowestPort = 1;
     static constexpr std::int32_t kHighestPort = 32'000;
 
-    // An absent text shows empty, a port that the server never sent shows the one of MailSettings.
+    // A text that the server never sent is empty; a port that it never sent is the default of MailSettings.
     explicit EmailForm(const MailSettings& settings);
 
     std::string userName;
@@ -32,14 +32,14 @@ class EmailForm {
     std::string defaultFrom;
     std::string portText;
 
-    // Takes the port from its text. Returns the message to show when it is out of range, in which case it is taken all
-    // the same, or when the text is no number, in which case the port stays what it was.
+    // Reads the port from its text. Out of range: uses it, and returns a message. Not a number: keeps the port, and
+    // returns a message.
     std::optional<std::string> takePort(const StringTable& strings);
     std::int32_t port() const { return port_; }
 
-    // Whether anything differs from what the form began with.
+    // Whether anything differs from the settings that the form was made with.
     bool isChanged() const;
-    // What OK wants changed: the four texts and the port, against what the form began with.
+    // What OK changes: the four texts and the port, before and after.
     MailChange change() const;
 
   private:

@@ -1,6 +1,7 @@
 #include "editors/preferences/trial_email.h"
 
 #include "resources/resource.h"
+#include "support/text.h"
 
 namespace orvc {
 
@@ -17,9 +18,8 @@ Email makeTrialEmail(const EventEmail& texts, const Utf8Converter& toUtf8) {
     Email email;
     email.subject = toUtf8(texts.subject);
     email.body = toUtf8(texts.body);
-    email.from = trimBlanks(toUtf8(texts.from));
-    for (const std::string& recipient : splitRecipients(toUtf8(texts.to)))
-        email.addTo(recipient, recipient);
+    email.from = parseMailbox(toUtf8(texts.from));
+    email.to = parseRecipients(toUtf8(texts.to));
     return email;
 }
 
@@ -35,6 +35,12 @@ std::vector<TrialMessage> messagesFor(MailTask::Outcome outcome) {
         default:
             return {failed};
     }
+}
+
+std::string resultText(MailTask::Outcome outcome, const MailFailure& failure, const StringTable& strings) {
+    if (outcome != MailTask::Outcome::kFailed) return strings.text(IDS_EMAIL_RESULT_ACCEPTED);
+    const std::string detail = failure.timedOut ? strings.text(IDS_EMAIL_RESULT_NO_ANSWER) : failure.detail;
+    return fillIn(strings.text(IDS_EMAIL_RESULT_START + static_cast<unsigned>(failure.stage)), {detail});
 }
 
 }  // namespace orvc

@@ -1,4 +1,4 @@
-// The e-mail that tries the settings: from the template dialog's texts to what the operator is told about it.
+// The test e-mail: from the texts of the template dialog to the messages about the result.
 #pragma once
 
 #include <functional>
@@ -11,13 +11,13 @@
 
 namespace orvc {
 
-// Turns a text of the console, in the code page of the machine, into UTF-8.
+// Converts a text from the code page of the machine to UTF-8.
 using Utf8Converter = std::function<std::string(const std::string& text)>;
 
-// The server that the Email page names.
+// The mail server with the settings of the Email page.
 MailServer mailServerOf(const EmailForm& form, const Utf8Converter& toUtf8);
 
-// The e-mail of the template dialog: each item of "To" is a recipient's name and address.
+// The e-mail of the template dialog: "From" and each item of "To" as parseMailbox() and parseRecipients() read them.
 Email makeTrialEmail(const EventEmail& texts, const Utf8Converter& toUtf8);
 
 // A message box.
@@ -26,7 +26,10 @@ struct TrialMessage {
     unsigned caption;
 };
 
-// What the operator is told, one box after the other.
+// The boxes to show, in order.
 std::vector<TrialMessage> messagesFor(MailTask::Outcome outcome);
+
+// The result on the Email page: one sentence. `failure` counts if the outcome is kFailed.
+std::string resultText(MailTask::Outcome outcome, const MailFailure& failure, const StringTable& strings);
 
 }  // namespace orvc

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <future>
+#include <sstream>
 #include <tuple>
 
 #include "mail/mail_task.h"
@@ -30,13 +31,12 @@ Email makeEmail() {
     Email email;
     email.subject = "Test";
     email.body = "Hello\n.\n..dots\n";
-    email.from = "console@site.example";
-    email.addTo("a@site.example", "a@site.example");
-    email.addTo("b@site.example", "b@site.example");
+    email.from = parseMailbox("Console <console@site.example>");
+    email.to = parseRecipients("a@site.example, Guard <b@site.example>");
     return email;
 }
 
-// Whatever a test lets happen, nothing reported may tell the password.
+// Whatever happens in a test: every line names the routine, and neither the report nor the failure has the password.
 class MailerTest : public testing::Test {
   protected:
     MailerTest() {
@@ -44,9 +44,13 @@ class MailerTest : public testing::Test {
         mailer_.setTimeLimit(10s);
     }
     ~MailerTest() override {
-        EXPECT_THAT(report_, Not(HasSubstr(kPassword)));
-        EXPECT_THAT(report_, Not(HasSubstr(kEncodedLogon)));
-        EXPECT_THAT(report_, Not(HasSubstr(kEncodedPassword)));
+        for (const char* secret : {kPassword, kEncodedLogon, kEncodedPassword}) {
+            EXPECT_THAT(report_, Not(HasSubstr(secret)));
+            EXPECT_THAT(mailer_.failure().detail, Not(HasSubstr(secret)));
+        }
+        std::istringstream lines(report_);
+        for (std::string line; std::getline(lines, line);)
+            EXPECT_THAT(line, StartsWith("sendEmail: "));
     }
     bool sendTo(const SmtpServer& server) {
         mailer_.setPort(server.port());
@@ -73,7 +77,7 @@ TEST_F(MailerTest, SendsToEveryRecipientAndTakesLeave) {
                 ElementsAre(StartsWith("EHLO"), StartsWith("MAIL FROM:<console@site.example>"),
                             "RCPT TO:<a@site.example>", "RCPT TO:<b@site.example>", "DATA", ".", "QUIT"));
     EXPECT_THAT(server.message(), HasSubstr("\r\n\r\nHello\r\n.\r\n..dots\r\n"));
-    EXPECT_THAT(server.message(), HasSubstr("To: \"a@site.example\"\r\n <a@site.example>,"));
+    EXPECT_THAT(server.message(), HasSubstr("To: \"a@site.example\"\r\n <a@site.example>,\r\n \"Guard\"\r\n <b@"));
     EXPECT_THAT(report_, HasSubstr("Email sent without TLS"));
     EXPECT_THAT(report_, Not(HasSubstr("in clear")));
 }
@@ -106,6 +110,33 @@ TEST_F(MailerTest, WithoutTlsTheLogSaysThatThePasswordGoesInClear) {
     EXPECT_THAT(report_, HasSubstr("the server takes no logon"));
 }
 
+// The password is not sent, so it need not be encrypted. The challenges are in base64: "<1.2@test>"; of DIGEST-MD5
+// 'realm="test",nonce="abc",qop="auth",algorithm=md5-sess,charset=utf-8', and the second one is not checked; of NTLM
+// the shortest message of the second kind.
+TEST_F(MailerTest, ChallengesAreAnsweredWithoutThePassword) {
+    const std::tuple<const char*, std::vector<std::string>, testing::Matcher<std::string>> cases[] = {
+        {"AUTH CRAM-MD5", {"PDEuMkB0ZXN0Pg=="}, "b3BlcmF0b3IgZGNiNTM1YWQ0MWI4M2ViNTVmMDUzNDNlODhkM2RkOTI="},
+        {"AUTH DIGEST-MD5",
+         {"cmVhbG09InRlc3QiLG5vbmNlPSJhYmMiLHFvcD0iYXV0aCIsYWxnb3JpdGhtPW1kNS1zZXNzLGNoYXJzZXQ9dXRmLTg=",
+          "cnNwYXV0aD0x"},
+         StartsWith("dXNlcm5hbWU9Im9wZXJhdG9yIi")},  // username="operator"
+        {"AUTH NTLM", {"", "TlRMTVNTUAACAAAAAAAAAAAAAAABggAAMTIzNDU2Nzg="}, StartsWith("TlRMTVNTUAABAAAA")},
+    };
+    useLogon();
+    for (const auto& [command, challenges, answer] : cases) {
+        SCOPED_TRACE(command);
+        SmtpServer server({.features = {std::string(command) + " PLAIN LOGIN"}, .challenges = challenges});
+        EXPECT_TRUE(sendTo(server)) << report_;
+        const std::vector<std::string> commands = server.commands();
+        ASSERT_GT(commands.size(), 2u);
+        EXPECT_EQ(commands[1], command);
+        EXPECT_THAT(commands[2], answer);
+        for (const char* secret : {kPassword, kEncodedLogon, kEncodedPassword})
+            EXPECT_THAT(server.clearBytes(), Not(HasSubstr(secret)));
+    }
+    EXPECT_THAT(report_, Not(HasSubstr("in clear")));
+}
+
 // A server that offers TLS gets nothing in clear but the greeting and the wish for TLS, whatever it does then.
 TEST_F(MailerTest, AfterTlsWasOfferedNothingGoesInClear) {
     const TlsIdentity own("localhost");
@@ -130,7 +161,7 @@ TEST_F(MailerTest, AfterTlsWasOfferedNothingGoesInClear) {
         trust(trusted);
         EXPECT_FALSE(sendTo(server));
         EXPECT_FALSE(mailer_.close());
-        EXPECT_EQ(mailer_.failedStage(), MailStage::kTls);
+        EXPECT_EQ(mailer_.failure().stage, MailStage::kTls);
         EXPECT_THAT(report_, HasSubstr(reported));
         EXPECT_EQ(server.connections(), 1);
         for (const char* verb : {"AUTH", "MAIL", "RCPT", "DATA", kEncodedLogon})
@@ -151,7 +182,7 @@ TEST_F(MailerTest, Port465SpeaksTlsFromTheFirstByte) {
     EXPECT_THAT(report_, Not(HasSubstr("in clear")));
     mailer_.setTrustedCertificates("");
     EXPECT_FALSE(sendTo(server));
-    EXPECT_EQ(mailer_.failedStage(), MailStage::kTls);
+    EXPECT_EQ(mailer_.failure().stage, MailStage::kTls);
 }
 
 TEST_F(MailerTest, AServerThatRefusesFallsSilentOrHangsUpEndsTheSendAtItsStage) {
@@ -181,10 +212,16 @@ TEST_F(MailerTest, AServerThatRefusesFallsSilentOrHangsUpEndsTheSendAtItsStage) 
             const auto start = std::chrono::steady_clock::now();
             EXPECT_FALSE(sendTo(server));
             EXPECT_LT(std::chrono::steady_clock::now() - start, 2s);
-            EXPECT_EQ(mailer_.failedStage(), stage);
+            EXPECT_EQ(mailer_.failure().stage, stage);
+            EXPECT_EQ(mailer_.failure().timedOut, !script.hangAt.empty());
+            EXPECT_EQ(mailer_.failure().detail == "550 not? here", !script.answers.empty());
             EXPECT_THAT(report_, HasSubstr(reported));
         }
     }
+    SmtpServer foreign({.features = {"AUTH UNHEARD-OF"}});
+    EXPECT_FALSE(sendTo(foreign));
+    EXPECT_EQ(mailer_.failure().stage, MailStage::kLogon);
+    EXPECT_EQ(mailer_.failure().detail, "Login denied");
 }
 
 // The fixture looks for the secrets.
@@ -193,7 +230,7 @@ TEST_F(MailerTest, ARefusalThatRepeatsTheLogonIsReportedWithoutIt) {
     SmtpServer server({.features = {"AUTH PLAIN"}, .answers = {{"verdict", "535 " + repeated}}});
     useLogon();
     EXPECT_FALSE(sendTo(server));
-    EXPECT_EQ(mailer_.failedStage(), MailStage::kLogon);
+    EXPECT_EQ(mailer_.failure().stage, MailStage::kLogon);
     EXPECT_THAT(report_, HasSubstr("stage logon: Login denied; the server said '535 *** ******'"));
 }
 
@@ -203,7 +240,7 @@ TEST_F(MailerTest, WhatCannotBeSentReachesNoServer) {
     Email email = makeEmail();
     email.subject = "a\r\nBcc: all@site.example";
     EXPECT_FALSE(mailer_.send(email));
-    EXPECT_EQ(mailer_.failedStage(), MailStage::kMessage);
+    EXPECT_EQ(mailer_.failure().stage, MailStage::kSubject);
     for (const int port : {0, -1, 65'536}) {
         mailer_.setPort(port);
         EXPECT_FALSE(mailer_.send(makeEmail()));
@@ -212,7 +249,7 @@ TEST_F(MailerTest, WhatCannotBeSentReachesNoServer) {
     for (const char* host : {"", "  ", "127.0.0.1/x", "a b", "user@127.0.0.1", "127.0.0.1:25", "host\r\n"}) {
         mailer_.setHost(host);
         EXPECT_FALSE(mailer_.send(makeEmail())) << host;
-        EXPECT_EQ(mailer_.failedStage(), MailStage::kConnect) << host;
+        EXPECT_EQ(mailer_.failure().stage, MailStage::kHost) << host;
     }
     EXPECT_EQ(server.connections(), 0);
     report_.clear();
@@ -227,7 +264,7 @@ TEST_F(MailerTest, AnAddressOfIpv6NeedsNoBrackets) {
         mailer_.setHost(host);
         mailer_.setPort(1);
         EXPECT_FALSE(mailer_.send(makeEmail()));
-        EXPECT_THAT(report_, StartsWith("Email goes to smtp://[::1]:1"));
+        EXPECT_THAT(report_, StartsWith("sendEmail: Email goes to smtp://[::1]:1"));
     }
 }
 

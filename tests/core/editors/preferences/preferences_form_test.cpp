@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "editors/preferences/trial_email.h"
 #include "fake_string_table.h"
 #include "resources/resource.h"
@@ -61,13 +63,13 @@ TEST(EmailFormTest, AbsentSettingsShowEmptyAndCountAsUnchanged) {
 
 TEST(TrialEmailTest, TheTextsOfTheDialogsBecomeAnEmailAndItsServer) {
     const Utf8Converter mark = [](const std::string& text) { return "u" + text; };
-    const Email email = makeTrialEmail({"me@x ", ";a@x ,;\tb@x, ", "", "", "Subject", "Text"}, mark);
-    EXPECT_EQ(email.from, "ume@x");
+    const Email email = makeTrialEmail({"Me <me@x>", ";a@x ,;\tA, B <b@x>, ", "", "", "Subject", "Text"}, mark);
+    EXPECT_EQ(email.from.name + email.from.address, "uMeme@x");
     EXPECT_EQ(email.subject, "uSubject");
     EXPECT_EQ(email.body, "uText");
-    ASSERT_EQ(email.to.size(), 3u);  // the mark is the first
+    ASSERT_EQ(email.to.size(), 4u);  // the mark is the first
     EXPECT_EQ(email.to[1].name, "a@x");
-    EXPECT_EQ(email.to[2].address, "b@x");
+    EXPECT_EQ(email.to[3].address, "b@x");
     MailSettings settings;
     settings.smtpHost = "host";
     settings.userName = "user";
@@ -76,6 +78,27 @@ TEST(TrialEmailTest, TheTextsOfTheDialogsBecomeAnEmailAndItsServer) {
     const MailServer server = mailServerOf(EmailForm(settings), mark);
     EXPECT_EQ(server.host + server.userName + server.password, "uhostuuserusecret");
     EXPECT_EQ(server.port, 465);
+}
+
+TEST(TrialEmailTest, TheResultIsOneSentence) {
+    using Outcome = MailTask::Outcome;
+    FakeStringTable strings;
+    strings.texts = {{IDS_EMAIL_RESULT_LOGON, "The server did not accept the logon: %s"},
+                     {IDS_EMAIL_RESULT_DATA, "The server did not accept the message: %s"},
+                     {IDS_EMAIL_RESULT_NO_ANSWER, "no answer"},
+                     {IDS_EMAIL_RESULT_START, "Not prepared"},
+                     {IDS_EMAIL_RESULT_HOST, "Not a host"},
+                     {IDS_EMAIL_RESULT_ACCEPTED, "Accepted"}};
+    const std::tuple<Outcome, MailFailure, const char*> cases[] = {
+        {Outcome::kFailed, {MailStage::kLogon, "535 100%s no"}, "The server did not accept the logon: 535 100%s no"},
+        {Outcome::kFailed, {MailStage::kData, "x", true}, "The server did not accept the message: no answer"},
+        {Outcome::kFailed, {MailStage::kHost}, "Not a host"},
+        {Outcome::kFailed, {}, "Not prepared"},
+        {Outcome::kSent, {}, "Accepted"},
+        {Outcome::kSentNotClosed, {}, "Accepted"},
+    };
+    for (const auto& [outcome, failure, expected] : cases)
+        EXPECT_EQ(resultText(outcome, failure, strings), expected);
 }
 
 }  // namespace

@@ -25,8 +25,9 @@ struct EmailTrial {
 // Purpose: edits a template (its button reads "Save"), or sends an e-mail (its button reads "Send").
 //
 // A thread of its own sends the e-mail; the please-wait window is shown, and nothing can be entered. Cancel or Esc
-// cancels the send. The dialog closes if the e-mail was sent; otherwise it stays open for another try. Thread:
-// user-interface thread. Lifetime: the trial's log and what showResult uses outlive the dialog.
+// cancels the send. The dialog closes if the e-mail was sent; otherwise it stays open for another try.
+//
+// Thread: user-interface thread. Lifetime: the trial's log and what showResult uses outlive the dialog.
 class CSetupEmailDlg final : public win32::Dialog {
   public:
     CSetupEmailDlg(const win32::Resources& resources, EventEmail email);

@@ -60,7 +60,7 @@ std::string formatHeaderText(std::string_view fieldName, const std::string& plai
 }
 
 std::string formatMailbox(std::string_view fieldName, const Mailbox& mailbox) {
-    const std::string address = "<" + mailbox.address + ">";
+    std::string address = "<" + mailbox.address + ">";
     if (mailbox.name.empty()) return address;
     std::string quoted = "\"";
     for (const char c : mailbox.name) {

@@ -244,7 +244,8 @@ bool MailRun::perform() {
 }
 
 void MailRun::reportFailure(CURLcode code) {
-    // On port 465, the handshake comes before any command. The server may offer no kind of logon that we know.
+    // On port 465, the handshake comes before any command. If we know no kind of logon that the server offers, there is
+    // no AUTH command.
     if (stage_ == MailStage::kConnect && isTlsFailure(code)) stage_ = MailStage::kTls;
     if (code == CURLE_LOGIN_DENIED) stage_ = MailStage::kLogon;
     const bool isCancelled = mailer_.cancelled_.load(std::memory_order_relaxed);

@@ -32,7 +32,9 @@ struct MailFailure {
 // send fails if the server refuses TLS, the handshake fails or the certificate is not trusted; neither the logon nor
 // the message is sent unencrypted. If the server offers no TLS, everything is sent unencrypted. On Windows, a revoked
 // certificate is not trusted, but one whose revocation list cannot be reached is.
-// Without a user name there is no logon.
+//
+// Of the kinds of logon that the server offers, libcurl chooses the first of DIGEST-MD5, CRAM-MD5, NTLM, PLAIN and
+// LOGIN that the machine has. The first three do not send the password. Without a user name there is no logon.
 //
 // Thread: any, one at a time; any other thread may call cancel(). Lifetime: the caller keeps the object alive while
 // send() runs.
@@ -60,7 +62,7 @@ class Mailer {
     void setTrustedCertificates(std::string path) { trustedCertificates_ = std::move(path); }
 
     // Sends `email` to all its recipients and closes the connection. Returns false if the server refused one of them or
-    // anything else failed; the server has then accepted nothing.
+    // anything else failed; then the server has accepted nothing, as far as it said.
     bool send(const Email& email);
 
     // Returns whether the server confirmed the end of the last send's connection; false if that send failed.

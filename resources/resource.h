@@ -289,6 +289,7 @@
 
 // Raised whenever an id, a control or a placeholder changes: a language library of another revision does not fit.
 #define IDS_RESOURCE_REVISION 399
+#define ORVC_RESOURCE_REVISION "3"
 
 #define IDS_PERIOD_NO_END 240
 #define IDS_PERIOD_END_BEFORE_START 241

@@ -6,7 +6,7 @@
 #include "bench.h"
 #include "link/event_queue.h"
 #include "sample_events.h"
-#include "win32/message_loop.h"
+#include "ui/message_loop.h"
 #include "win32/window_poster.h"
 #include "windows_bench.h"
 
@@ -57,7 +57,7 @@ double receiveAll(int count, const Give& give) {
     received = 0;
     return measure([&] {
         std::thread library([&] { sender.send(count, give); });
-        win32::runMessageLoop([&] { return received == count; }, [](MSG&) { return false; });
+        ui::runMessageLoop([&] { return received == count; }, [](MSG&) { return false; });
         library.join();
     });
 }
@@ -76,13 +76,13 @@ double eventQueue(HWND window, int count) {
         else
             SetTimer(window, kTimer, kTimerPeriod, nullptr);
     };
-    win32::setIdleWork([&] {
+    ui::setIdleWork([&] {
         if (!eventQueue.isPending()) return false;
         deliver();
         return eventQueue.isPending();
     });
     const double seconds = receiveAll(count, [&](auto block) { eventQueue.put(std::move(block)); });
-    win32::setIdleWork(nullptr);
+    ui::setIdleWork(nullptr);
     KillTimer(window, kTimer);
     return seconds;
 }

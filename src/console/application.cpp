@@ -18,7 +18,7 @@ namespace {
 
 constexpr const char* kCompanyKey = "Kestrel Sonics";
 
-void selectLanguage(win32::Resources& resources, TrackingLog& log) {
+void selectLanguage(ui::Resources& resources, TrackingLog& log) {
     const auto language = chooseLanguage(currentLanguages(), [&](std::uint16_t candidate) {
         return resources.loadLanguage(languageLibraryName(candidate));
     });
@@ -39,7 +39,7 @@ void run() {
     win32::SystemLog systemLog;
     win32::SystemFiles files;
     win32::RegistryStore registry(kCompanyKey);
-    win32::Resources resources;
+    ui::Resources resources;
     TrackingLog log(systemLog, clock);
     LocalSetup settings(registry, files, log);
     KSServerLink link;
@@ -57,7 +57,7 @@ int runConsole() {
         run();
         return 0;
     } catch (const std::exception& error) {
-        win32::tellFailure(nullptr, error);
+        ui::tellFailure(nullptr, error);
         return 1;
     }
 }

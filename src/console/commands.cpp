@@ -12,8 +12,8 @@
 #include "dialogs/setup_event_dialog.h"
 #include "resources/resource.h"
 #include "support/text.h"
+#include "ui/dialog.h"
 #include "win32/collation.h"
-#include "win32/dialog.h"
 
 namespace orvc {
 
@@ -94,7 +94,7 @@ void Commands::exitConsole() {
 }
 
 void Commands::restore() {
-    win32::bringToForeground(window_);
+    ui::bringToForeground(window_);
 }
 
 void Commands::openHelp() {
@@ -112,10 +112,10 @@ void Commands::recordEvents() {
 }
 
 void Commands::clearFile() {
-    const win32::Resources& texts = s_.parts.resources;
-    if (!win32::askYesNo(window_, texts.text(IDS_CLEAR_FILE), texts.text(IDS_CLEAR_FILE_CAPTION))) return;
+    const ui::Resources& texts = s_.parts.resources;
+    if (!ui::askYesNo(window_, texts.text(IDS_CLEAR_FILE), texts.text(IDS_CLEAR_FILE_CAPTION))) return;
     if (!s_.parts.log.clear())
-        win32::showMessage(window_, texts.text(IDS_FILE_NOT_CLEARED), texts.text(IDS_ERROR_CAPTION));
+        ui::showMessage(window_, texts.text(IDS_FILE_NOT_CLEARED), texts.text(IDS_ERROR_CAPTION));
 }
 
 void Commands::openSupportFolder() {
@@ -123,7 +123,7 @@ void Commands::openSupportFolder() {
 }
 
 void Commands::showAbout() {
-    const win32::Resources& texts = s_.parts.resources;
+    const ui::Resources& texts = s_.parts.resources;
     const LibraryVersion& version = s_.library.version;
     CAboutDlg about(
         texts,
@@ -181,8 +181,8 @@ void Commands::deleteSelectedEvent() {
     const EventRecord* selected = s_.table.selectedRecord();
     if (selected == nullptr) return;
     const std::string key = selected->key;
-    const win32::Resources& texts = s_.parts.resources;
-    if (!win32::askYesNo(window_, texts.text(IDS_DELETE_EVENT), texts.text(IDS_DELETE_EVENT_CAPTION))) return;
+    const ui::Resources& texts = s_.parts.resources;
+    if (!ui::askYesNo(window_, texts.text(IDS_DELETE_EVENT), texts.text(IDS_DELETE_EVENT_CAPTION))) return;
     // While the question was open the Event may have moved or gone, or the logon have ended.
     const EventRecord* const record = s_.session.events().findAny(key);
     if (record == nullptr || !isEditable()) return;

@@ -8,13 +8,13 @@
 #include "support/clock.h"
 #include "support/folders.h"
 #include "support/tracking_log.h"
-#include "win32/resources.h"
+#include "ui/resources.h"
 
 namespace orvc {
 
 // All of it outlives the window.
 struct ConsoleParts {
-    const win32::Resources& resources;
+    const ui::Resources& resources;
     TrackingLog& log;
     const Clock& clock;
     LocalSetup& settings;

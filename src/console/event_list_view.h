@@ -7,7 +7,7 @@
 #include <optional>
 
 #include "lists/event_table.h"
-#include "win32/list_view.h"
+#include "ui/list_view.h"
 
 namespace orvc {
 
@@ -37,7 +37,7 @@ class EventListView {
 
   private:
     EventTable& table_;
-    win32::ListView list_;
+    ui::ListView list_;
     std::uint64_t shownRevision_ = 0;
 };
 

@@ -5,12 +5,12 @@
 #include "support/help_chapters.h"
 #include "support/language.h"
 #include "support/text.h"
-#include "win32/dialog.h"
-#include "win32/help_viewer.h"
+#include "ui/dialog.h"
+#include "ui/help_viewer.h"
 
 namespace orvc {
 
-static_assert(kMessagesTopic == win32::kMessageBoxTopic);
+static_assert(kMessagesTopic == ui::kMessageBoxTopic);
 
 void Help::choose(const FileSystem& files, const std::string& installFolder) {
     const HelpFile help = chooseHelpFile(files, installFolder, currentLanguages());
@@ -30,11 +30,10 @@ void Help::openFile(HWND owner, std::string_view chapter) {
     if (telling_) return;
     log_.log("Help File is named '%s'", path_.c_str());
     log_.log("openHelp: Chapter '%s'", std::string(chapter).c_str());
-    if (win32::openHelpFile(owner, path_, chapter)) return;
+    if (ui::openHelpFile(owner, path_, chapter)) return;
     log_.log("openHelp: The help file could not be opened");
     telling_ = true;
-    win32::showMessage(owner, fillIn(resources_.text(IDS_HELP_NOT_OPENED), {path_}),
-                       resources_.text(IDS_ERROR_CAPTION));
+    ui::showMessage(owner, fillIn(resources_.text(IDS_HELP_NOT_OPENED), {path_}), resources_.text(IDS_ERROR_CAPTION));
     telling_ = false;
 }
 

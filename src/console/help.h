@@ -7,7 +7,7 @@
 
 #include "support/folders.h"
 #include "support/tracking_log.h"
-#include "win32/resources.h"
+#include "ui/resources.h"
 
 namespace orvc {
 
@@ -16,7 +16,7 @@ namespace orvc {
 class Help {
   public:
     // Both outlive the object.
-    Help(const win32::Resources& resources, TrackingLog& log) : resources_(resources), log_(log) {}
+    Help(const ui::Resources& resources, TrackingLog& log) : resources_(resources), log_(log) {}
 
     // Takes the help file of the user's or the system's language that lies in this folder, else the one without a
     // language in its name.
@@ -31,7 +31,7 @@ class Help {
   private:
     void openFile(HWND owner, std::string_view chapter);
 
-    const win32::Resources& resources_;
+    const ui::Resources& resources_;
     TrackingLog& log_;
     std::string path_;
     bool telling_ = false;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "win32/message_loop.h"
+#include "ui/message_loop.h"
 
 namespace orvc {
 namespace {
@@ -24,14 +24,14 @@ LinkEvents::LinkEvents(const Clock& clock, std::function<bool()> isShown, std::f
       poster_(timer::kEventQueue, timer::kEventQueuePeriod) {}
 
 LinkEvents::~LinkEvents() {
-    win32::setIdleWork(nullptr);
+    ui::setIdleWork(nullptr);
 }
 
 void LinkEvents::attach(HWND window, Session& session) {
     window_ = window;
     session_ = &session;
     poster_.setWindow(window);
-    win32::setIdleWork([this] { return deliverWhenIdle(); });
+    ui::setIdleWork([this] { return deliverWhenIdle(); });
 }
 
 void LinkEvents::startTimer(std::uintptr_t timerId, std::uint32_t milliseconds) {

@@ -39,16 +39,16 @@ MainWindow::MainWindow(const ConsoleParts& parts)
 }
 
 MainWindow::~MainWindow() {
-    win32::setHelpHandler(nullptr);
-    win32::setFailureHandler(nullptr);
+    ui::setHelpHandler(nullptr);
+    ui::setFailureHandler(nullptr);
     EventCallback::makeCurrent(nullptr);
 }
 
 void MainWindow::warnAboutScratchFolder(bool ready) {
     if (ready || scratchWarningShown_) return;
     scratchWarningShown_ = true;
-    win32::showMessage(window(), parts_.resources.text(IDS_CALL_QUEUE_ERROR),
-                       parts_.resources.text(IDS_CALL_QUEUE_ERROR_CAPTION));
+    ui::showMessage(window(), parts_.resources.text(IDS_CALL_QUEUE_ERROR),
+                    parts_.resources.text(IDS_CALL_QUEUE_ERROR_CAPTION));
 }
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -68,8 +68,8 @@ bool MainWindow::onInit() {
     // The language was chosen before the tracking file was open.
     for (const std::string& line : parts_.resources.refusedLanguages())
         parts_.log.log("%s", line.c_str());
-    win32::setFailureHandler([this](const char* what) { parts_.log.log("%s", what); });
-    win32::setHelpHandler([this](unsigned topic) { help_.open(GetLastActivePopup(topmostModal()), topic); });
+    ui::setFailureHandler([this](const char* what) { parts_.log.log("%s", what); });
+    ui::setHelpHandler([this](unsigned topic) { help_.open(GetLastActivePopup(topmostModal()), topic); });
     list_.attach(control(IDC_EVENT_LIST));
     installKeyboardHook();
     tray_.attach(window(), smallIcon_.get());
@@ -93,8 +93,8 @@ bool MainWindow::onInit() {
 }
 
 void MainWindow::setIcons() {
-    bigIcon_ = win32::Resources::loadIcon(IDI_MAIN, GetSystemMetrics(SM_CXICON));
-    smallIcon_ = win32::Resources::loadIcon(IDI_MAIN, GetSystemMetrics(SM_CXSMICON));
+    bigIcon_ = ui::Resources::loadIcon(IDI_MAIN, GetSystemMetrics(SM_CXICON));
+    smallIcon_ = ui::Resources::loadIcon(IDI_MAIN, GetSystemMetrics(SM_CXSMICON));
     SendMessageA(window(), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(bigIcon_.get()));
     SendMessageA(window(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(smallIcon_.get()));
 }

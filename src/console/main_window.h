@@ -12,7 +12,7 @@
 #include "console/tray.h"
 #include "dialogs/please_wait_dialog.h"
 #include "session/session.h"
-#include "win32/dialog.h"
+#include "ui/dialog.h"
 
 namespace orvc {
 
@@ -20,7 +20,7 @@ namespace orvc {
 // Commands acts, EventTable and EventListView show, Tray hides.
 // Thread: user-interface thread.
 // Guarantees: the list is repainted once for many changes; input, painting and timers go on while events pour in.
-class MainWindow final : public win32::Dialog, private SessionHost {
+class MainWindow final : public ui::Dialog, private SessionHost {
   public:
     explicit MainWindow(const ConsoleParts& parts);
     ~MainWindow() override;

@@ -9,7 +9,7 @@
 
 namespace orvc {
 
-void extendSystemMenu(HWND window, const win32::Resources& resources) {
+void extendSystemMenu(HWND window, const ui::Resources& resources) {
     const std::string text = resources.text(IDS_ABOUT_MENU);
     const HMENU menu = GetSystemMenu(window, FALSE);
     if (menu == nullptr || text.empty()) return;

@@ -10,7 +10,7 @@
 namespace orvc {
 
 // Adds the About box to the window's system menu.
-void extendSystemMenu(HWND window, const win32::Resources& resources);
+void extendSystemMenu(HWND window, const ui::Resources& resources);
 
 // Loads and binds the pass-through library, opens the link with the session as receiver of its events, and loads the
 // settings of the mode that the library asks for. Returns false when there is no scratch folder afterwards, in which

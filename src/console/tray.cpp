@@ -35,7 +35,7 @@ void Tray::hideMinimized() const {
 
 void Tray::onMouse(LPARAM mouseMessage) const {
     if (mouseMessage == WM_LBUTTONUP) {
-        win32::bringToForeground(window_);
+        ui::bringToForeground(window_);
     } else if (mouseMessage == WM_RBUTTONUP) {
         POINT at{};
         GetCursorPos(&at);

@@ -5,15 +5,15 @@
 
 #include <functional>
 
-#include "win32/resources.h"
-#include "win32/tray_icon.h"
+#include "ui/resources.h"
+#include "ui/tray_icon.h"
 
 namespace orvc {
 
 // Thread: user-interface thread. Lifetime: what the constructor takes outlives it.
 class Tray {
   public:
-    explicit Tray(const win32::Resources& resources) : resources_(resources) {}
+    explicit Tray(const ui::Resources& resources) : resources_(resources) {}
 
     // The main window is there. `icon` outlives the tray.
     void attach(HWND window, HICON icon);
@@ -34,11 +34,11 @@ class Tray {
     HMENU menu() const { return menu_.get(); }
 
   private:
-    const win32::Resources& resources_;
+    const ui::Resources& resources_;
     HWND window_ = nullptr;
     HICON image_ = nullptr;
     win32::UniqueMenu menu_;
-    win32::TrayIcon icon_;
+    ui::TrayIcon icon_;
     bool wanted_ = false;
 };
 

@@ -4,14 +4,14 @@
 #include <string>
 #include <vector>
 
-#include "win32/dialog.h"
+#include "ui/dialog.h"
 
 namespace orvc {
 
-class CAboutDlg final : public win32::Dialog {
+class CAboutDlg final : public ui::Dialog {
   public:
     // `lines` are shown as they stand, one a row.
-    CAboutDlg(const win32::Resources& resources, std::vector<std::string> lines);
+    CAboutDlg(const ui::Resources& resources, std::vector<std::string> lines);
 
   private:
     bool onInit() override;

@@ -30,7 +30,7 @@ constexpr unsigned kRightOfList[] = {IDC_SCHEDULE_NEW, IDC_SCHEDULE_MODIFY, IDC_
 
 }  // namespace
 
-CConfigureSchedulesDlg::CConfigureSchedulesDlg(const win32::Resources& resources, ScheduleList& schedules,
+CConfigureSchedulesDlg::CConfigureSchedulesDlg(const ui::Resources& resources, ScheduleList& schedules,
                                                SortKeyMaker makeSortKey, std::function<void(Change)> apply)
     : Dialog(resources, IDD_CONFIGURE_SCHEDULES),
       schedules_(schedules),

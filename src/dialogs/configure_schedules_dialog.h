@@ -10,18 +10,18 @@
 #include "editors/schedule/schedule_edit.h"
 #include "lists/schedule_table.h"
 #include "resources/resource.h"
-#include "win32/dialog.h"
-#include "win32/list_view.h"
+#include "ui/dialog.h"
+#include "ui/list_view.h"
 
 namespace orvc {
 
 // Purpose: lists the Schedules and has them made, changed and taken off the list.
 // Thread: user-interface thread. Lifetime: `schedules` outlives the dialog; its records may come, change and go while
 // the dialog is open, and the rows follow.
-class CConfigureSchedulesDlg final : public win32::Dialog {
+class CConfigureSchedulesDlg final : public ui::Dialog {
   public:
     // `apply` carries a change out.
-    CConfigureSchedulesDlg(const win32::Resources& resources, ScheduleList& schedules, SortKeyMaker makeSortKey,
+    CConfigureSchedulesDlg(const ui::Resources& resources, ScheduleList& schedules, SortKeyMaker makeSortKey,
                            std::function<void(Change change)> apply);
 
   private:
@@ -50,7 +50,7 @@ class CConfigureSchedulesDlg final : public win32::Dialog {
     ScheduleList& schedules_;
     std::function<void(Change)> apply_;
     ScheduleTable rows_;
-    win32::ListView list_;
+    ui::ListView list_;
 };
 
 }  // namespace orvc

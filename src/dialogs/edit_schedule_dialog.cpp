@@ -4,8 +4,8 @@
 
 #include "resources/resource.h"
 #include "support/text.h"
+#include "ui/controls.h"
 #include "win32/code_page.h"
-#include "win32/controls.h"
 
 namespace orvc {
 namespace {
@@ -25,7 +25,7 @@ constexpr unsigned halfList(int time) {
 
 }  // namespace
 
-CEditScheduleDlg::CEditScheduleDlg(const win32::Resources& resources, ScheduleRecord& record)
+CEditScheduleDlg::CEditScheduleDlg(const ui::Resources& resources, ScheduleRecord& record)
     : Dialog(resources, IDD_EDIT_SCHEDULE), form_(record), recordName_(record.name.value_or(std::string())) {}
 
 bool CEditScheduleDlg::onInit() {
@@ -171,7 +171,7 @@ void CEditScheduleDlg::save() {
 }
 
 void CEditScheduleDlg::showError(unsigned message) {
-    win32::showMessage(window(), resources().text(message), resources().text(IDS_ERROR_CAPTION));
+    ui::showMessage(window(), resources().text(message), resources().text(IDS_ERROR_CAPTION));
 }
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -186,7 +186,7 @@ int CEditScheduleDlg::selectedEntry(unsigned list) const {
 }
 
 void CEditScheduleDlg::selectEntry(unsigned list, int entry) {
-    win32::selectEntry(control(list), entry);
+    ui::selectEntry(control(list), entry);
 }
 
 }  // namespace orvc

@@ -2,16 +2,16 @@
 #pragma once
 
 #include "editors/schedule/schedule_form.h"
-#include "win32/dialog.h"
+#include "ui/dialog.h"
 
 namespace orvc {
 
 // Purpose: edits a Schedule's name and, one day at a time, its periods. runModal() returns IDOK for Save; anything else
 // is Cancel. Days that were left for another one are in the record either way.
 // Thread: user-interface thread. Lifetime: the record is the caller's own and outlives the dialog.
-class CEditScheduleDlg final : public win32::Dialog {
+class CEditScheduleDlg final : public ui::Dialog {
   public:
-    CEditScheduleDlg(const win32::Resources& resources, ScheduleRecord& record);
+    CEditScheduleDlg(const ui::Resources& resources, ScheduleRecord& record);
 
   private:
     bool onInit() override;

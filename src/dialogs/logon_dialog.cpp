@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "resources/resource.h"
-#include "win32/message_loop.h"
+#include "ui/message_loop.h"
 #include "win32/network.h"
 
 namespace orvc {
@@ -27,7 +27,7 @@ constexpr unsigned kDisabledWhileBusy[] = {IDC_LOGON_ID,      IDC_LOGON_PASSWORD
 
 }  // namespace
 
-CKSLogonDlg::CKSLogonDlg(const win32::Resources& resources, LogonLink& link, TrackingLog& log, const LogonEntry& entry)
+CKSLogonDlg::CKSLogonDlg(const ui::Resources& resources, LogonLink& link, TrackingLog& log, const LogonEntry& entry)
     : Dialog(resources, IDD_LOGON),
       entry_(entry),
       sequence_(*this, link, this->resources(), log, win32::addressFromText) {}
@@ -125,11 +125,11 @@ void CKSLogonDlg::stopTimers() {
 }
 
 void CKSLogonDlg::handleWaitingMessages() {
-    win32::handleWaitingMessages();
+    ui::handleWaitingMessages();
 }
 
 void CKSLogonDlg::showError(const std::string& text) {
-    win32::showMessage(window(), text, resources().text(IDS_ERROR_CAPTION));
+    ui::showMessage(window(), text, resources().text(IDS_ERROR_CAPTION));
 }
 
 void CKSLogonDlg::selectPassword() {

@@ -2,13 +2,13 @@
 #pragma once
 
 #include "session/logon_sequence.h"
-#include "win32/dialog.h"
+#include "ui/dialog.h"
 
 namespace orvc {
 
-class CKSLogonDlg final : public win32::Dialog, private LogonView {
+class CKSLogonDlg final : public ui::Dialog, private LogonView {
   public:
-    CKSLogonDlg(const win32::Resources& resources, LogonLink& link, TrackingLog& log, const LogonEntry& entry);
+    CKSLogonDlg(const ui::Resources& resources, LogonLink& link, TrackingLog& log, const LogonEntry& entry);
 
     // Runs the dialog and returns how it ended.
     LogonOutcome run(HWND owner);

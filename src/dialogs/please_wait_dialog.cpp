@@ -11,7 +11,7 @@ constexpr LPARAM kMarqueeStep = 30;  // milliseconds
 
 }  // namespace
 
-CPleaseWaitDlg::CPleaseWaitDlg(const win32::Resources& resources, unsigned text)
+CPleaseWaitDlg::CPleaseWaitDlg(const ui::Resources& resources, unsigned text)
     : Dialog(resources, IDD_PLEASE_WAIT), text_(text) {}
 
 bool CPleaseWaitDlg::onInit() {

@@ -1,14 +1,14 @@
 // The modeless please-wait window.
 #pragma once
 
-#include "win32/dialog.h"
+#include "ui/dialog.h"
 
 namespace orvc {
 
-class CPleaseWaitDlg final : public win32::Dialog {
+class CPleaseWaitDlg final : public ui::Dialog {
   public:
     // `text` is the id of its line in the string table.
-    CPleaseWaitDlg(const win32::Resources& resources, unsigned text);
+    CPleaseWaitDlg(const ui::Resources& resources, unsigned text);
 
   private:
     bool onInit() override;

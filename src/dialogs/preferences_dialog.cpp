@@ -6,8 +6,8 @@
 #include "dialogs/setup_email_dialog.h"
 #include "editors/preferences/trial_email.h"
 #include "resources/resource.h"
+#include "ui/controls.h"
 #include "win32/code_page.h"
-#include "win32/controls.h"
 
 namespace orvc {
 namespace {
@@ -19,7 +19,7 @@ constexpr int kEmailTab = 1;
 // ---------------------------------------------------------------------------------------------------------------------
 // General
 
-CPreferencesGeneralDlg::CPreferencesGeneralDlg(const win32::Resources& resources, bool minimizesToTray)
+CPreferencesGeneralDlg::CPreferencesGeneralDlg(const ui::Resources& resources, bool minimizesToTray)
     : PreferencesPage(resources, IDD_PREFERENCES_GENERAL), minimizesToTray_(minimizesToTray) {}
 
 bool CPreferencesGeneralDlg::onInit() {
@@ -34,14 +34,14 @@ void CPreferencesGeneralDlg::readPage() {
 // ---------------------------------------------------------------------------------------------------------------------
 // Email
 
-CPreferencesEmailDlg::CPreferencesEmailDlg(const win32::Resources& resources, TrackingLog& log,
+CPreferencesEmailDlg::CPreferencesEmailDlg(const ui::Resources& resources, TrackingLog& log,
                                            const MailSettings& settings)
     : PreferencesPage(resources, IDD_PREFERENCES_EMAIL), log_(log), form_(settings) {}
 
 bool CPreferencesEmailDlg::onInit() {
     for (const unsigned id :
          {IDC_PREFERENCES_USER, IDC_PREFERENCES_PASSWORD, IDC_PREFERENCES_HOST, IDC_PREFERENCES_FROM})
-        win32::liftTextLimit(control(id));
+        ui::liftTextLimit(control(id));
     showText(IDC_PREFERENCES_USER, form_.userName);
     showText(IDC_PREFERENCES_PASSWORD, form_.password);
     showText(IDC_PREFERENCES_HOST, form_.smtpHost);
@@ -63,7 +63,7 @@ void CPreferencesEmailDlg::readPage() {
     form_.defaultFrom = readText(IDC_PREFERENCES_FROM);
     form_.portText = readText(IDC_PREFERENCES_PORT);
     if (const auto message = form_.takePort(resources()))
-        win32::showMessage(GetAncestor(window(), GA_ROOT), *message, resources().text(IDS_ERROR_CAPTION));
+        ui::showMessage(GetAncestor(window(), GA_ROOT), *message, resources().text(IDS_ERROR_CAPTION));
 }
 
 void CPreferencesEmailDlg::testSettings() {
@@ -78,7 +78,7 @@ void CPreferencesEmailDlg::testSettings() {
 // ---------------------------------------------------------------------------------------------------------------------
 // Both
 
-CPreferencesDlg::CPreferencesDlg(const win32::Resources& resources, TrackingLog& log, bool minimizesToTray,
+CPreferencesDlg::CPreferencesDlg(const ui::Resources& resources, TrackingLog& log, bool minimizesToTray,
                                  const MailSettings& settings)
     : Dialog(resources, IDD_PREFERENCES), general_(resources, minimizesToTray), email_(resources, log, settings) {}
 
@@ -106,7 +106,7 @@ void CPreferencesDlg::insertTabs() {
 }
 
 // Creates a page in the area of the tab control. For the Tab key it comes after the tabs and before the buttons.
-bool CPreferencesDlg::placePage(win32::Dialog& page) {
+bool CPreferencesDlg::placePage(ui::Dialog& page) {
     if (!page.createModeless(window())) return false;
     const HWND tabs = control(IDC_PREFERENCES_TABS);
     EnableThemeDialogTexture(page.window(), ETDT_ENABLETAB);

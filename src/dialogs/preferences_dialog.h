@@ -7,14 +7,14 @@
 #include "editors/preferences/preferences_form.h"
 #include "resources/resource.h"
 #include "support/tracking_log.h"
-#include "win32/dialog.h"
+#include "ui/dialog.h"
 
 namespace orvc {
 
 // A page of the preferences: a child of the dialog with the tabs, which places, shows and reads it.
-class PreferencesPage : public win32::Dialog {
+class PreferencesPage : public ui::Dialog {
   protected:
-    PreferencesPage(const win32::Resources& resources, unsigned templateId) : Dialog(resources, templateId) {}
+    PreferencesPage(const ui::Resources& resources, unsigned templateId) : Dialog(resources, templateId) {}
     // A page has no OK and no Cancel of its own.
     bool onCommand(unsigned, unsigned) override { return false; }
 };
@@ -22,7 +22,7 @@ class PreferencesPage : public win32::Dialog {
 // The local choices. Thread: user-interface thread.
 class CPreferencesGeneralDlg final : public PreferencesPage {
   public:
-    CPreferencesGeneralDlg(const win32::Resources& resources, bool minimizesToTray);
+    CPreferencesGeneralDlg(const ui::Resources& resources, bool minimizesToTray);
 
     void readPage();
     bool minimizesToTray() const { return minimizesToTray_; }
@@ -36,7 +36,7 @@ class CPreferencesGeneralDlg final : public PreferencesPage {
 // The server's outgoing mail. Thread: user-interface thread.
 class CPreferencesEmailDlg final : public PreferencesPage {
   public:
-    CPreferencesEmailDlg(const win32::Resources& resources, TrackingLog& log, const MailSettings& settings);
+    CPreferencesEmailDlg(const ui::Resources& resources, TrackingLog& log, const MailSettings& settings);
 
     // Reads the controls into the form. Shows a message if the port is not a number or is out of range.
     void readPage();
@@ -56,9 +56,9 @@ class CPreferencesEmailDlg final : public PreferencesPage {
 
 // Purpose: edits the preferences. After OK, the caller stores them.
 // Thread: user-interface thread. Lifetime: the log outlives the dialog; the settings are copied.
-class CPreferencesDlg final : public win32::Dialog {
+class CPreferencesDlg final : public ui::Dialog {
   public:
-    CPreferencesDlg(const win32::Resources& resources, TrackingLog& log, bool minimizesToTray,
+    CPreferencesDlg(const ui::Resources& resources, TrackingLog& log, bool minimizesToTray,
                     const MailSettings& settings);
 
     // True for OK. The pages then hold what the operator entered.
@@ -73,7 +73,7 @@ class CPreferencesDlg final : public win32::Dialog {
     bool onPreview(MSG& message) override;
 
     void insertTabs();
-    bool placePage(win32::Dialog& page);
+    bool placePage(ui::Dialog& page);
     void showPage(int tab);
 
     CPreferencesGeneralDlg general_;

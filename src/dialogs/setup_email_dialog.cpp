@@ -6,8 +6,8 @@
 #include "editors/preferences/trial_email.h"
 #include "resources/resource.h"
 #include "support/help_chapters.h"
+#include "ui/controls.h"
 #include "win32/code_page.h"
-#include "win32/controls.h"
 
 namespace orvc {
 namespace {
@@ -19,17 +19,17 @@ constexpr UINT kFinishPause = 100;  // milliseconds
 
 }  // namespace
 
-CSetupEmailDlg::CSetupEmailDlg(const win32::Resources& resources, EventEmail email)
+CSetupEmailDlg::CSetupEmailDlg(const ui::Resources& resources, EventEmail email)
     : Dialog(resources, IDD_EMAIL), email_(std::move(email)), pleaseWait_(resources, IDS_WAIT_SENDING) {}
 
-CSetupEmailDlg::CSetupEmailDlg(const win32::Resources& resources, EventEmail email, EmailTrial trial)
+CSetupEmailDlg::CSetupEmailDlg(const ui::Resources& resources, EventEmail email, EmailTrial trial)
     : CSetupEmailDlg(resources, std::move(email)) {
     trial_.emplace(std::move(trial));
 }
 
 bool CSetupEmailDlg::onInit() {
     for (const unsigned id : kEdits)
-        win32::liftTextLimit(control(id));
+        ui::liftTextLimit(control(id));
     showText(IDC_EMAIL_FROM, email_.from);
     showText(IDC_EMAIL_TO, email_.to);
     showText(IDC_EMAIL_SUBJECT, email_.subject);
@@ -46,7 +46,7 @@ bool CSetupEmailDlg::onCommand(unsigned id, unsigned notification) {
         case IDC_EMAIL_TO:
         case IDC_EMAIL_SUBJECT:
         case IDC_EMAIL_MESSAGE:
-            if (win32::isEditChange(notification)) showEnabling();
+            if (ui::isEditChange(notification)) showEnabling();
             return true;
         case IDOK:
             if (IsWindowEnabled(control(IDOK))) accept();
@@ -147,7 +147,7 @@ void CSetupEmailDlg::finishSending() {
 void CSetupEmailDlg::tell(MailTask::Outcome outcome, const MailFailure& failure) {
     trial_->showResult(resultText(outcome, failure, resources()));
     for (const TrialMessage& message : messagesFor(outcome))
-        win32::showMessage(window(), resources().text(message.text), resources().text(message.caption));
+        ui::showMessage(window(), resources().text(message.text), resources().text(message.caption));
 }
 
 void CSetupEmailDlg::onDestroy() {

@@ -10,7 +10,7 @@
 #include "mail/mail_task.h"
 #include "payload/payload_file.h"
 #include "support/tracking_log.h"
-#include "win32/dialog.h"
+#include "ui/dialog.h"
 
 namespace orvc {
 
@@ -28,10 +28,10 @@ struct EmailTrial {
 // cancels the send. The dialog closes if the e-mail was sent; otherwise it stays open for another try.
 //
 // Thread: user-interface thread. Lifetime: the trial's log and what showResult uses outlive the dialog.
-class CSetupEmailDlg final : public win32::Dialog {
+class CSetupEmailDlg final : public ui::Dialog {
   public:
-    CSetupEmailDlg(const win32::Resources& resources, EventEmail email);
-    CSetupEmailDlg(const win32::Resources& resources, EventEmail email, EmailTrial trial);
+    CSetupEmailDlg(const ui::Resources& resources, EventEmail email);
+    CSetupEmailDlg(const ui::Resources& resources, EventEmail email, EmailTrial trial);
 
     bool run(HWND owner) { return runModal(owner) == IDOK; }
     const EventEmail& email() const { return email_; }

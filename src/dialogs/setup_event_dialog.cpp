@@ -8,7 +8,7 @@
 #include "editors/event/event_entry.h"
 #include "model/guid.h"
 #include "resources/resource.h"
-#include "win32/controls.h"
+#include "ui/controls.h"
 #include "win32/new_guid.h"
 
 namespace orvc {
@@ -51,7 +51,7 @@ bool CSetupEventDlg::onInit() {
     centerOn(GetParent(window()));
     for (const LoadMessage& message : loaded.messages) {
         if (isEnding()) return true;
-        win32::showMessage(window(), parts_.resources.text(message.text), parts_.resources.text(message.caption));
+        ui::showMessage(window(), parts_.resources.text(message.text), parts_.resources.text(message.caption));
     }
     if (loaded.fetch == PayloadKind::kSpokenText) SetTimer(window(), kFetchSpokenText, kFetchPeriod, nullptr);
     if (loaded.fetch == PayloadKind::kEmail) SetTimer(window(), kFetchEmail, kFetchPeriod, nullptr);
@@ -59,10 +59,10 @@ bool CSetupEventDlg::onInit() {
 }
 
 void CSetupEventDlg::fillFixedLists() {
-    win32::fillDropDown(control(IDC_EVENT_TRIGGER), listTriggers(parts_.resources), 0);
-    win32::fillDropDown(control(IDC_EVENT_TIMEOUT), listTimeouts(parts_.resources), 0);
-    win32::fillDropDown(control(IDC_EVENT_TIMEOUT_VALUE), listTimeoutValues(), 0);
-    win32::fillDropDown(control(IDC_EVENT_TIMEOUT_UNIT), listTimeoutUnits(parts_.resources), 0);
+    ui::fillDropDown(control(IDC_EVENT_TRIGGER), listTriggers(parts_.resources), 0);
+    ui::fillDropDown(control(IDC_EVENT_TIMEOUT), listTimeouts(parts_.resources), 0);
+    ui::fillDropDown(control(IDC_EVENT_TIMEOUT_VALUE), listTimeoutValues(), 0);
+    ui::fillDropDown(control(IDC_EVENT_TIMEOUT_UNIT), listTimeoutUnits(parts_.resources), 0);
 }
 
 // Everything that the form holds, for the first time.
@@ -76,22 +76,20 @@ void CSetupEventDlg::showForm() {
 
 // Fills the lists whose contents changed, and selects in all of them what the form has chosen.
 void CSetupEventDlg::showLists() {
-    const auto choose = [this](unsigned id, std::int64_t index) { win32::selectEntry(control(id), index); };
+    const auto choose = [this](unsigned id, std::int64_t index) { ui::selectEntry(control(id), index); };
     showing_ = true;
     if (std::exchange(shownSources_, form_.sourceRevision()) != form_.sourceRevision()) {
         if (form_.sourceKind() == SourceKind::kServer || form_.sourceKind() == SourceKind::kTimesOfDay)
-            win32::fillDropDown(control(IDC_EVENT_SOURCE), form_.otherSources(), form_.sourceIndex());
+            ui::fillDropDown(control(IDC_EVENT_SOURCE), form_.otherSources(), form_.sourceIndex());
         else
-            win32::fillDropDown(control(IDC_EVENT_SOURCE), form_.sources(), form_.sourceIndex(), &Place::text);
+            ui::fillDropDown(control(IDC_EVENT_SOURCE), form_.sources(), form_.sourceIndex(), &Place::text);
     }
     if (std::exchange(shownSchedules_, form_.scheduleRevision()) != form_.scheduleRevision())
-        win32::fillDropDown(control(IDC_EVENT_SCHEDULE), form_.schedules(), form_.scheduleIndex(),
-                            &ScheduleChoice::name);
+        ui::fillDropDown(control(IDC_EVENT_SCHEDULE), form_.schedules(), form_.scheduleIndex(), &ScheduleChoice::name);
     if (std::exchange(shownResponses_, form_.responseRevision()) != form_.responseRevision())
-        win32::fillDropDown(control(IDC_EVENT_RESPONSE), form_.responseTexts(), form_.responseIndex());
+        ui::fillDropDown(control(IDC_EVENT_RESPONSE), form_.responseTexts(), form_.responseIndex());
     if (std::exchange(shownDestinations_, form_.destinationRevision()) != form_.destinationRevision())
-        win32::fillDropDown(control(IDC_EVENT_DESTINATION), form_.destinations(), form_.destinationIndex(),
-                            &Place::text);
+        ui::fillDropDown(control(IDC_EVENT_DESTINATION), form_.destinations(), form_.destinationIndex(), &Place::text);
     choose(IDC_EVENT_TRIGGER, form_.triggerIndex());
     choose(IDC_EVENT_SOURCE, form_.sourceIndex());
     choose(IDC_EVENT_TIMEOUT, form_.timeoutIndex());
@@ -130,7 +128,7 @@ bool CSetupEventDlg::onCommand(unsigned id, unsigned notification) {
     if (showing_) return true;
     switch (id) {
         case IDC_EVENT_NAME:
-            if (!win32::isEditChange(notification)) return true;
+            if (!ui::isEditChange(notification)) return true;
             form_.setName(readText(IDC_EVENT_NAME));
             showEnabling();
             return true;
@@ -150,12 +148,12 @@ bool CSetupEventDlg::onCommand(unsigned id, unsigned notification) {
             endDialog(IDCANCEL);
             return true;
         default:
-            return win32::isSelectionChange(notification) && onListChange(id);
+            return ui::isSelectionChange(notification) && onListChange(id);
     }
 }
 
 bool CSetupEventDlg::onListChange(unsigned id) {
-    const int index = win32::selectedEntry(control(id));
+    const int index = ui::selectedEntry(control(id));
     switch (id) {
         case IDC_EVENT_TRIGGER:
             form_.chooseTrigger(index);

@@ -11,14 +11,14 @@
 #include "model/event_record.h"
 #include "session/change.h"
 #include "session/payload_fetcher.h"
-#include "win32/dialog.h"
+#include "ui/dialog.h"
 
 namespace orvc {
 
 // What the editor works with; all of it outlives the dialog. The records in it may come and go while the dialog is
 // open.
 struct EventEditorParts {
-    const win32::Resources& resources;
+    const ui::Resources& resources;
     ServerReader& link;
     const Directory& directory;
     ScheduleList& schedules;
@@ -31,7 +31,7 @@ struct EventEditorParts {
 };
 
 // Purpose: creates an Event or changes a copy of one. Thread: user-interface thread.
-class CSetupEventDlg final : public win32::Dialog {
+class CSetupEventDlg final : public ui::Dialog {
   public:
     // `event`: the Event to modify, copied; null for a new one.
     CSetupEventDlg(const EventEditorParts& parts, const EventRecord* event);

@@ -11,7 +11,7 @@ constexpr int kColumnWidth = 200;  // pixels at 96 DPI
 
 }  // namespace
 
-CSetupServerAudioFileDlg::CSetupServerAudioFileDlg(const win32::Resources& resources, const Directory& directory,
+CSetupServerAudioFileDlg::CSetupServerAudioFileDlg(const ui::Resources& resources, const Directory& directory,
                                                    std::string key)
     : Dialog(resources, IDD_SERVER_AUDIO), table_(directory), key_(std::move(key)) {}
 

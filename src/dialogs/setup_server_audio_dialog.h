@@ -4,16 +4,16 @@
 #include <string>
 
 #include "lists/audio_table.h"
-#include "win32/dialog.h"
-#include "win32/list_view.h"
+#include "ui/dialog.h"
+#include "ui/list_view.h"
 
 namespace orvc {
 
 // Lists the messages by name, each name once. Thread: user-interface thread.
-class CSetupServerAudioFileDlg final : public win32::Dialog {
+class CSetupServerAudioFileDlg final : public ui::Dialog {
   public:
     // `key`: the message chosen so far; empty for none. The messages are copied.
-    CSetupServerAudioFileDlg(const win32::Resources& resources, const Directory& directory, std::string key);
+    CSetupServerAudioFileDlg(const ui::Resources& resources, const Directory& directory, std::string key);
 
     // True when a message was saved: key() is its key.
     bool run(HWND owner) { return runModal(owner) == IDOK; }
@@ -25,7 +25,7 @@ class CSetupServerAudioFileDlg final : public win32::Dialog {
     std::optional<LRESULT> onNotify(NMHDR& header) override;
 
     AudioTable table_;
-    win32::ListView list_;
+    ui::ListView list_;
     std::string key_;
 };
 

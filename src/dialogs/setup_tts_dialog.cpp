@@ -1,15 +1,15 @@
 #include "dialogs/setup_tts_dialog.h"
 
 #include "resources/resource.h"
-#include "win32/controls.h"
+#include "ui/controls.h"
 
 namespace orvc {
 
-CSetupTtsDlg::CSetupTtsDlg(const win32::Resources& resources, std::string text)
+CSetupTtsDlg::CSetupTtsDlg(const ui::Resources& resources, std::string text)
     : Dialog(resources, IDD_TTS), text_(std::move(text)) {}
 
 bool CSetupTtsDlg::onInit() {
-    win32::liftTextLimit(control(IDC_TTS_TEXT));
+    ui::liftTextLimit(control(IDC_TTS_TEXT));
     showText(IDC_TTS_TEXT, text_);
     enable(IDOK, !text_.empty());
     centerOn(GetParent(window()));
@@ -20,7 +20,7 @@ bool CSetupTtsDlg::onInit() {
 bool CSetupTtsDlg::onCommand(unsigned id, unsigned notification) {
     switch (id) {
         case IDC_TTS_TEXT:
-            if (win32::isEditChange(notification)) enable(IDOK, GetWindowTextLengthA(control(IDC_TTS_TEXT)) > 0);
+            if (ui::isEditChange(notification)) enable(IDOK, GetWindowTextLengthA(control(IDC_TTS_TEXT)) > 0);
             return true;
         case IDOK:
             if (!IsWindowEnabled(control(IDOK))) return true;

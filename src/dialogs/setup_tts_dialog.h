@@ -3,14 +3,14 @@
 
 #include <string>
 
-#include "win32/dialog.h"
+#include "ui/dialog.h"
 
 namespace orvc {
 
 // Thread: user-interface thread. Line breaks are CR LF, as the edit has them.
-class CSetupTtsDlg final : public win32::Dialog {
+class CSetupTtsDlg final : public ui::Dialog {
   public:
-    CSetupTtsDlg(const win32::Resources& resources, std::string text);
+    CSetupTtsDlg(const ui::Resources& resources, std::string text);
 
     bool run(HWND owner) { return runModal(owner) == IDOK; }
     const std::string& text() const { return text_; }

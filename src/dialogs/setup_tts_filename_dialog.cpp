@@ -1,12 +1,12 @@
 #include "dialogs/setup_tts_filename_dialog.h"
 
 #include "resources/resource.h"
-#include "win32/controls.h"
-#include "win32/file_dialog.h"
+#include "ui/controls.h"
+#include "ui/file_dialog.h"
 
 namespace orvc {
 
-CSetupTtsFilenameDlg::CSetupTtsFilenameDlg(const win32::Resources& resources, std::string filename)
+CSetupTtsFilenameDlg::CSetupTtsFilenameDlg(const ui::Resources& resources, std::string filename)
     : Dialog(resources, IDD_TTS_FILENAME), filename_(std::move(filename)) {}
 
 bool CSetupTtsFilenameDlg::onInit() {
@@ -19,7 +19,7 @@ bool CSetupTtsFilenameDlg::onInit() {
 bool CSetupTtsFilenameDlg::onCommand(unsigned id, unsigned notification) {
     switch (id) {
         case IDC_TTS_FILENAME:
-            if (win32::isEditChange(notification)) enable(IDOK, !readText(IDC_TTS_FILENAME).empty());
+            if (ui::isEditChange(notification)) enable(IDOK, !readText(IDC_TTS_FILENAME).empty());
             return true;
         case IDC_TTS_BROWSE:
             browse();
@@ -36,8 +36,8 @@ bool CSetupTtsFilenameDlg::onCommand(unsigned id, unsigned notification) {
 
 void CSetupTtsFilenameDlg::browse() {
     const auto chosen =
-        win32::chooseFileToOpen(window(), readText(IDC_TTS_FILENAME), resources().text(IDS_TTS_FILE_FILTER),
-                                resources().text(IDS_TTS_FILE_EXTENSION));
+        ui::chooseFileToOpen(window(), readText(IDC_TTS_FILENAME), resources().text(IDS_TTS_FILE_FILTER),
+                             resources().text(IDS_TTS_FILE_EXTENSION));
     if (chosen) showText(IDC_TTS_FILENAME, *chosen);
 }
 

@@ -3,14 +3,14 @@
 
 #include <string>
 
-#include "win32/dialog.h"
+#include "ui/dialog.h"
 
 namespace orvc {
 
 // The path is kept as it is typed or chosen: the server opens the file, not the console. Thread: user-interface thread.
-class CSetupTtsFilenameDlg final : public win32::Dialog {
+class CSetupTtsFilenameDlg final : public ui::Dialog {
   public:
-    CSetupTtsFilenameDlg(const win32::Resources& resources, std::string filename);
+    CSetupTtsFilenameDlg(const ui::Resources& resources, std::string filename);
 
     bool run(HWND owner) { return runModal(owner) == IDOK; }
     const std::string& filename() const { return filename_; }

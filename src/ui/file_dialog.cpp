@@ -1,4 +1,4 @@
-#include "win32/file_dialog.h"
+#include "ui/file_dialog.h"
 
 #include <cderr.h>
 #include <commdlg.h>
@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <vector>
 
-namespace orvc::win32 {
+namespace orvc::ui {
 namespace {
 
 constexpr std::size_t kPathRoom = 32768;
@@ -33,4 +33,4 @@ std::optional<std::string> chooseFileToOpen(HWND owner, const std::string& curre
     return GetOpenFileNameA(&request) ? std::optional(std::string(path.data())) : std::nullopt;
 }
 
-}  // namespace orvc::win32
+}  // namespace orvc::ui

@@ -14,7 +14,7 @@
 #include "lists/list_source.h"
 #include "lists/shown_rows.h"
 
-namespace orvc::win32 {
+namespace orvc::ui {
 
 // Purpose: shows a ListSource in a control made with LVS_OWNERDATA: rows cost nothing until they are seen. Finds rows
 // by what is typed, in the first column. Thread: user-interface thread. Lifetime: what attach() takes outlives the
@@ -63,4 +63,4 @@ class ListView {
     bool changing_ = false;  // by us, not by the operator
 };
 
-}  // namespace orvc::win32
+}  // namespace orvc::ui

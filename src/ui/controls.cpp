@@ -1,6 +1,6 @@
-#include "win32/controls.h"
+#include "ui/controls.h"
 
-namespace orvc::win32 {
+namespace orvc::ui {
 namespace {
 
 HWND listOf(HWND dropDown) {
@@ -46,4 +46,4 @@ void liftTextLimit(HWND edit) {
     SendMessageA(edit, EM_SETLIMITTEXT, 0, 0);
 }
 
-}  // namespace orvc::win32
+}  // namespace orvc::ui

@@ -1,4 +1,4 @@
-#include "win32/resources.h"
+#include "ui/resources.h"
 
 #include <algorithm>
 
@@ -6,7 +6,7 @@
 #include "support/text.h"
 #include "win32/system_files.h"
 
-namespace orvc::win32 {
+namespace orvc::ui {
 namespace {
 
 HMODULE program() {
@@ -36,7 +36,7 @@ const DLGTEMPLATE* findDialogIn(HMODULE module, unsigned id) {
 bool Resources::loadLanguage(const std::string& fileName) {
     const std::string path = programFolder() + "\\" + fileName;
     if (GetFileAttributesA(path.c_str()) == INVALID_FILE_ATTRIBUTES) return false;
-    UniqueModule library(
+    win32::UniqueModule library(
         LoadLibraryExA(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE));
     if (!library) return refuseLanguage(path, formatText("it cannot be loaded (error %lu)", GetLastError()));
     const std::string revision = loadText(library.get(), IDS_RESOURCE_REVISION);
@@ -66,14 +66,15 @@ const DLGTEMPLATE* Resources::findDialog(unsigned id) const {
     return found != nullptr ? found : findDialogIn(program(), id);
 }
 
-UniqueMenu Resources::loadMenu(unsigned id) const {
-    UniqueMenu menu(language_ ? LoadMenuA(language_.get(), MAKEINTRESOURCEA(id)) : nullptr);
+win32::UniqueMenu Resources::loadMenu(unsigned id) const {
+    win32::UniqueMenu menu(language_ ? LoadMenuA(language_.get(), MAKEINTRESOURCEA(id)) : nullptr);
     if (!menu) menu.reset(LoadMenuA(program(), MAKEINTRESOURCEA(id)));
     return menu;
 }
 
-UniqueIcon Resources::loadIcon(unsigned id, int width) {
-    return UniqueIcon(static_cast<HICON>(LoadImageA(program(), MAKEINTRESOURCEA(id), IMAGE_ICON, width, width, 0)));
+win32::UniqueIcon Resources::loadIcon(unsigned id, int width) {
+    return win32::UniqueIcon(
+        static_cast<HICON>(LoadImageA(program(), MAKEINTRESOURCEA(id), IMAGE_ICON, width, width, 0)));
 }
 
-}  // namespace orvc::win32
+}  // namespace orvc::ui

@@ -1,4 +1,4 @@
-#include "win32/dialog.h"
+#include "ui/dialog.h"
 
 #include <algorithm>
 #include <array>
@@ -8,9 +8,9 @@
 #include <utility>
 #include <vector>
 
-#include "win32/message_loop.h"
+#include "ui/message_loop.h"
 
-namespace orvc::win32 {
+namespace orvc::ui {
 namespace {
 
 // Messages whose answer is the dialog procedure's own result.
@@ -339,4 +339,4 @@ bool askYesNo(HWND owner, const std::string& text, const std::string& caption) {
     return runMessageBox(owner, text, caption, MB_YESNO | MB_ICONQUESTION) == IDYES;
 }
 
-}  // namespace orvc::win32
+}  // namespace orvc::ui

@@ -9,7 +9,7 @@
 #include "support/string_table.h"
 #include "win32/handles.h"
 
-namespace orvc::win32 {
+namespace orvc::ui {
 
 // Thread: user-interface thread.
 class Resources final : public StringTable {
@@ -24,15 +24,15 @@ class Resources final : public StringTable {
     std::string text(unsigned id) const override;
     // Null when neither has it. The template lives as long as the program.
     const DLGTEMPLATE* findDialog(unsigned id) const;
-    UniqueMenu loadMenu(unsigned id) const;
+    win32::UniqueMenu loadMenu(unsigned id) const;
     // The program's icon in the size that `width` asks for.
-    static UniqueIcon loadIcon(unsigned id, int width);
+    static win32::UniqueIcon loadIcon(unsigned id, int width);
 
   private:
     bool refuseLanguage(const std::string& path, const std::string& reason);
 
-    UniqueModule language_;
+    win32::UniqueModule language_;
     std::vector<std::string> refusedLanguages_;
 };
 
-}  // namespace orvc::win32
+}  // namespace orvc::ui

@@ -1,4 +1,4 @@
-#include "win32/list_view.h"
+#include "ui/list_view.h"
 
 #include <algorithm>
 #include <exception>
@@ -6,7 +6,7 @@
 
 #include "win32/code_page.h"
 
-namespace orvc::win32 {
+namespace orvc::ui {
 namespace {
 
 // Sets a flag for as long as it lives, also within another one.
@@ -118,7 +118,7 @@ std::optional<LRESULT> ListView::onNotify(NMHDR& header) {
             });
         case LVN_GETDISPINFOW:
             return fillItem(reinterpret_cast<NMLVDISPINFOW&>(header).item, [](const std::string& text, LVITEMW& item) {
-                lstrcpynW(item.pszText, toWide(text).c_str(), item.cchTextMax);
+                lstrcpynW(item.pszText, win32::toWide(text).c_str(), item.cchTextMax);
             });
         // Windows asks in one form or the other, whatever the window is.
         case LVN_ODFINDITEMA: {
@@ -168,4 +168,4 @@ LRESULT ListView::findByPrefix(UINT flags, const std::string& prefix, int start)
     return -1;
 }
 
-}  // namespace orvc::win32
+}  // namespace orvc::ui

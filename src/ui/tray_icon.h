@@ -5,7 +5,7 @@
 
 #include <string>
 
-namespace orvc::win32 {
+namespace orvc::ui {
 
 // Thread: user-interface thread. The destructor takes the icon away.
 class TrayIcon {
@@ -29,4 +29,4 @@ class TrayIcon {
 // Brings a window to the foreground from wherever it is, also when another program's window is active.
 void bringToForeground(HWND window);
 
-}  // namespace orvc::win32
+}  // namespace orvc::ui

@@ -8,7 +8,7 @@
 #include <functional>
 #include <string>
 
-namespace orvc::win32 {
+namespace orvc::ui {
 
 // Empties and fills a drop-down list, in one repaint. No notification is sent.
 class DropDownFill {
@@ -57,4 +57,4 @@ inline bool isEditChange(unsigned notification) {
     return notification == EN_CHANGE;
 }
 
-}  // namespace orvc::win32
+}  // namespace orvc::ui

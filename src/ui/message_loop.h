@@ -5,7 +5,7 @@
 
 #include <functional>
 
-namespace orvc::win32 {
+namespace orvc::ui {
 
 // Work that waits until no message does. Returns true when there is more of it. Called on the user-interface thread by
 // whichever dialog's loop runs; a menu or a message box runs a loop of Windows' own, which does not call it.
@@ -21,4 +21,4 @@ void runMessageLoop(const std::function<bool()>& isDone, const MessageFilter& fi
 // Handles the messages that wait now, dialog keys included.
 void handleWaitingMessages();
 
-}  // namespace orvc::win32
+}  // namespace orvc::ui

@@ -1,8 +1,8 @@
-#include "win32/tray_icon.h"
+#include "ui/tray_icon.h"
 
 #include <shellapi.h>
 
-namespace orvc::win32 {
+namespace orvc::ui {
 
 bool TrayIcon::add(HWND window, UINT message, HICON icon, const std::string& tip) {
     remove();
@@ -40,4 +40,4 @@ void bringToForeground(HWND window) {
     if (attached) AttachThreadInput(own, foreground, FALSE);
 }
 
-}  // namespace orvc::win32
+}  // namespace orvc::ui

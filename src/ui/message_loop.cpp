@@ -1,11 +1,11 @@
-#include "win32/message_loop.h"
+#include "ui/message_loop.h"
 
 #include <exception>
 #include <utility>
 
-#include "win32/dialog.h"
+#include "ui/dialog.h"
 
-namespace orvc::win32 {
+namespace orvc::ui {
 namespace {
 
 IdleWork& idleWork() {
@@ -61,4 +61,4 @@ void handleWaitingMessages() {
     }
 }
 
-}  // namespace orvc::win32
+}  // namespace orvc::ui

@@ -8,9 +8,9 @@
 #include <optional>
 #include <string>
 
-#include "win32/resources.h"
+#include "ui/resources.h"
 
-namespace orvc::win32 {
+namespace orvc::ui {
 
 // Purpose: keeps the object with its window and turns messages into calls of named handlers.
 // Thread: user-interface thread. Lifetime: the object lives on its caller's stack (or in its owner) longer than its
@@ -118,4 +118,4 @@ void tellFailure(HWND owner, const std::exception& error);
 // A modal Yes/No box; true for Yes.
 bool askYesNo(HWND owner, const std::string& text, const std::string& caption);
 
-}  // namespace orvc::win32
+}  // namespace orvc::ui

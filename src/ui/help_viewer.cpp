@@ -1,10 +1,10 @@
-#include "win32/help_viewer.h"
+#include "ui/help_viewer.h"
 
 #include <shellapi.h>
 
 #include "win32/handles.h"
 
-namespace orvc::win32 {
+namespace orvc::ui {
 namespace {
 
 bool isFile(const std::string& path) {
@@ -28,8 +28,8 @@ bool startViewer(const std::string& document) {
     PROCESS_INFORMATION process{};
     if (!CreateProcessA(viewer.c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &process))
         return false;
-    const UniqueKernelObject thread(process.hThread);
-    const UniqueKernelObject started(process.hProcess);
+    const win32::UniqueKernelObject thread(process.hThread);
+    const win32::UniqueKernelObject started(process.hProcess);
     return true;
 }
 
@@ -42,4 +42,4 @@ bool openHelpFile(HWND owner, const std::string& path, std::string_view page) {
     return reinterpret_cast<INT_PTR>(ShellExecuteA(owner, "open", path.c_str(), nullptr, nullptr, SW_SHOWNORMAL)) > 32;
 }
 
-}  // namespace orvc::win32
+}  // namespace orvc::ui

@@ -183,9 +183,10 @@ void Commands::deleteSelectedEvent() {
     const std::string key = selected->key;
     const ui::Resources& texts = s_.parts.resources;
     if (!ui::askYesNo(window_, texts.text(IDS_DELETE_EVENT), texts.text(IDS_DELETE_EVENT_CAPTION))) return;
-    // While the question was open the Event may have moved or gone, or the logon have ended.
+    // While the question was open the Event may have moved or gone, or the logon have ended. What was asked before a
+    // reload may be answered in it.
     const EventRecord* const record = s_.session.events().findAny(key);
-    if (record == nullptr || !isEditable()) return;
+    if (record == nullptr || !s_.session.isConnected()) return;
     const auto row = s_.table.model().rowOf(*record);
     s_.session.apply({EventChange{*record, std::nullopt, {}}});
     const std::size_t size = s_.table.size();

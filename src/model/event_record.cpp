@@ -9,6 +9,7 @@ namespace orvc {
 namespace {
 
 constexpr std::uint32_t kNotReceived = 0xFFFFFFFF;
+constexpr std::string_view kMarker = "completeBits";
 constexpr std::uint32_t kMustBeWhole = 1;  // bit 0 of completeBits
 
 OptionalDword receivedDword(std::uint32_t number) {
@@ -50,6 +51,21 @@ struct Getter {
     VariableValue operator()(KSMac EventRecord::*member) const { return {name, formatMac(record.*member)}; }
 };
 
+// Every value that is wanted, in writing order.
+template <typename IsWanted>
+VariableValues valuesOf(const EventRecord& record, IsWanted isWanted) {
+    std::array<const EventField*, kEventFieldCount> order{};
+    for (const EventField& field : eventFields())
+        order[static_cast<std::size_t>(field.writePosition)] = &field;
+    const std::string path = joinPath(kEventsPath, record.key).append("\\");
+    VariableValues values;
+    values.reserve(order.size());
+    for (const EventField* field : order)
+        if (isWanted(*field))
+            values.push_back(std::visit(Getter{record, path + std::string(field->name)}, field->member));
+    return values;
+}
+
 bool lacksPayload(const EventRecord& record) {
     switch (static_cast<Response>(*record.responseType)) {
         case Response::kEmail:
@@ -88,7 +104,7 @@ const std::array<EventField, kEventFieldCount>& eventFields() {
         {"TtsFilename", &EventRecord::ttsFilename, 11},
         {"ResponseDeviceMAC", &EventRecord::responseDevice, 12},
         {"ResponseGroupKey", &EventRecord::responseGroupKey, 13},
-        {"completeBits", &EventRecord::completeBits, 17},
+        {kMarker, &EventRecord::completeBits, 17},
         {"lastChecked", &EventRecord::lastChecked, 15},
         {"lastTriggered", &EventRecord::lastTriggered, 14},
         {"Disabled", &EventRecord::disabled, 16},
@@ -98,16 +114,19 @@ const std::array<EventField, kEventFieldCount>& eventFields() {
 }
 
 VariableValues eventValues(const EventRecord& record, bool clearErrorMark) {
-    std::array<const EventField*, kEventFieldCount> order{};
-    for (const EventField& field : eventFields())
-        order[static_cast<std::size_t>(field.writePosition)] = &field;
-    const std::string path = joinPath(kEventsPath, record.key).append("\\");
-    VariableValues values;
-    values.reserve(order.size());
-    for (const EventField* field : order)
-        if (field->written == EventField::Written::kAlways || clearErrorMark)
-            values.push_back(std::visit(Getter{record, path + std::string(field->name)}, field->member));
-    return values;
+    return valuesOf(record, [clearErrorMark](const EventField& field) {
+        return field.written == EventField::Written::kAlways || clearErrorMark;
+    });
+}
+
+VariableValues eventFieldValues(const EventRecord& record, std::string_view fieldName) {
+    return valuesOf(record,
+                    [fieldName](const EventField& field) { return field.name == fieldName || field.name == kMarker; });
+}
+
+void copyEventField(EventRecord& to, const EventRecord& from, std::string_view fieldName) {
+    const auto field = std::ranges::find(eventFields(), fieldName, &EventField::name);
+    if (field != eventFields().end()) std::visit([&](auto member) { to.*member = from.*member; }, field->member);
 }
 
 const EventField* setEventField(EventRecord& record, std::string_view fieldName, std::optional<std::string_view> text,

@@ -94,6 +94,12 @@ const EventField* setEventField(EventRecord& record, std::string_view fieldName,
 // where `clearErrorMark` says so.
 VariableValues eventValues(const EventRecord& record, bool clearErrorMark);
 
+// The value of one field, and the completion marker behind it.
+VariableValues eventFieldValues(const EventRecord& record, std::string_view fieldName);
+
+// Copies the field of that name.
+void copyEventField(EventRecord& to, const EventRecord& from, std::string_view fieldName);
+
 // Whether the record may be shown. A record whose marker has arrived counts as complete once the time is past its
 // deadline; missing values that a row needs are set to 0 then.
 bool isEventComplete(EventRecord& record, const Clock& clock);

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -22,11 +23,14 @@ struct PayloadFile {
 
 // In each change `before` is what its maker saw, and `after` what is wanted; nothing stands for "does not exist".
 
-// The key is that of whichever record is there; both have the same. A change to an Event replaces its payload file.
+// The key is that of whichever record is there; both have the same.
 struct EventChange {
     std::optional<EventRecord> before;
     std::optional<EventRecord> after;
-    PayloadFile payload;  // of `after`
+    PayloadFile payload;  // of `after`; takes the place of the Event's old file
+    // The name of one field, as in eventFields(): only its value and the completion marker are written then, and the
+    // payload file stays. Empty: the whole Event.
+    std::string_view onlyField = {};
 };
 
 struct ScheduleChange {
@@ -48,6 +52,7 @@ enum class Outcome {
     kNoEcho,     // at least one value did not come back in time
     kLinkLost,   // the link was lost before the outcome was known; if nothing was written, nothing has changed
     kCancelled,  // nothing was written
+    kGone,       // one field was to change of an Event that is no longer there; nothing was written
 };
 
 struct ChangeResult {

@@ -146,6 +146,7 @@ void Gate::write(EventChange& change, ChangeResult& result, Job& job) {
         if (change.before) removeEvent(*change.before, result, job);
         return;
     }
+    if (!change.onlyField.empty()) return writeField(change, result, job);
     if (!job.filesDone) replacePayload(change, result);
     job.filesDone = true;
     EventRecord& after = *change.after;
@@ -157,6 +158,18 @@ void Gate::write(EventChange& change, ChangeResult& result, Job& job) {
     const std::string path = joinPath(kEventsPath, after.key);
     check(writer_.createKey(path, true), path, result);
     writeValues(values, result, job);
+}
+
+void Gate::writeField(const EventChange& change, ChangeResult& result, Job& job) {
+    const EventRecord* const current = records_.events.findAny(change.after->key);
+    if (current == nullptr) {
+        result.outcome = Outcome::kGone;
+        return;
+    }
+    EventRecord record = *current;
+    copyEventField(record, *change.after, change.onlyField);
+    record.completeBits = 1;
+    writeValues(eventFieldValues(records_.events.store(record), change.onlyField), result, job);
 }
 
 // The Event names its new file from here on; none when the server made none.

@@ -37,7 +37,8 @@ struct ConfigurationRecords {
 //
 // A change of an Event deletes its old payload file, makes and writes the new one, creates the key and writes the
 // values, the completion marker behind those that it vouches for. A deletion deletes the payload file, then the key.
-// The record here changes along with the server. A call that is refused is logged and stops nothing.
+// The record here changes along with the server. A call that is refused is logged and stops nothing. A change of one
+// field writes that and the marker, and leaves alone what others have changed meanwhile.
 //
 // Each value comes back from the server as a notification, its echo. A value that did not come back as it was written
 // within five seconds is not stored.
@@ -116,6 +117,7 @@ class Gate {
     void write(const MailChange& change, ChangeResult& result, Job& job);
     void removeEvent(const EventRecord& before, ChangeResult& result, Job& job);
     void replacePayload(EventChange& change, ChangeResult& result);
+    void writeField(const EventChange& change, ChangeResult& result, Job& job);
     void writeValues(const VariableValues& values, ChangeResult& result, Job& job);
     void removeKey(const std::string& path, ChangeResult& result, Job& job);
     void check(std::int32_t code, const std::string& what, ChangeResult& result);

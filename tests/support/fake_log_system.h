@@ -42,8 +42,9 @@ class FakeLogSystem final : public LogSystem {
     bool waitForDebuggerText(const std::string& text) {
         return wait([&] { return std::ranges::find(debugger_, text) != debugger_.end(); });
     }
+    // The writer looks for lines ten times a second.
     bool waitForFlush(int count) {
-        return wait([&] { return flushes_ >= count; });
+        return wait([&] { return flushes_ >= count; }, std::chrono::seconds(3));
     }
 
     std::set<std::string> unopenable;
@@ -78,9 +79,9 @@ class FakeLogSystem final : public LogSystem {
         return text.substr(0, text.size() - 1);  // without its line feed
     }
     template <typename Condition>
-    bool wait(Condition condition) {
+    bool wait(Condition condition, std::chrono::seconds limit = std::chrono::seconds(20)) {
         std::unique_lock lock(mutex_);
-        return changed_.wait_for(lock, std::chrono::seconds(20), condition);
+        return changed_.wait_for(lock, limit, condition);
     }
 
     mutable std::mutex mutex_;

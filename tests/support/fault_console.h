@@ -40,7 +40,11 @@ class FaultConsole final : public SessionHost, public SilentServerLink, public W
         }
     }
     void stopServer() { tell(event_code::kServerStop, 0, nullptr); }
-    void announceReload() { tell(event_code::kSettingsUpdate, 0, nullptr); }
+    // The server names everything anew and says so.
+    void announceReload() {
+        name_ = "the name since the reload";
+        tell(event_code::kSettingsUpdate, 0, nullptr);
+    }
     // What the operator or Windows asks for.
     template <typename Work>
     void guarded(const Work& work) {
@@ -84,7 +88,7 @@ class FaultConsole final : public SessionHost, public SilentServerLink, public W
     }
     void saveSettings() override {}
     void showTitle(const std::string&) override {}
-    void refreshEventList() override {}
+    void refreshEventList() override { painted_ = "a row whose text needs memory " + std::to_string(++paints_); }
     void openPleaseWait() override { waiting = true; }
     void closePleaseWait() override { waiting = false; }
     void endMainWindow() override {}
@@ -117,7 +121,7 @@ class FaultConsole final : public SessionHost, public SilentServerLink, public W
     }
     std::int32_t subscribe(const std::string&) override {
         // Told twice: what is told last must be what remains.
-        for (const char* round : {"an old name", "a new name that is long"}) {
+        for (const char* round : {"an old name", name_}) {
             send("\\ORVS\\Schedules\\{a schedule's key}\\Name", round, 0);
             send("\\ORVS\\Events\\{the first Event's key}\\EventName", round, 0);
             send("\\ORVS\\Events\\{the first Event's key}\\completeBits", nullptr, 0);
@@ -165,6 +169,9 @@ class FaultConsole final : public SessionHost, public SilentServerLink, public W
     LocalSettings settings_;
     FaultPlan& posts_;
     FaultPlan& timers_;
+    const char* name_ = "a name that is long enough";
+    std::string painted_;
+    int paints_ = 0;
     std::bitset<timer::kLast + 1> running_;
     RefusedTimers refused_;
     bool posted_ = false;

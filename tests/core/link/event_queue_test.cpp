@@ -93,7 +93,7 @@ TEST_F(EventQueueTest, WhatIsDiscardedInTheMiddleOfADeliveryIsFreed) {
 class EventQueueFromAnotherThread : public EventQueueTest, public ::testing::WithParamInterface<std::size_t> {};
 
 TEST_P(EventQueueFromAnotherThread, KeepsEveryBlockInOrder) {
-    constexpr int kBlocks = 200'000;
+    constexpr int kBlocks = 202'500;  // the last ones follow the last that is waited for: only a timer brings them
     window_.refuseEvery = GetParam();
     std::thread library([&] {
         for (int i = 0; i < kBlocks; ++i) {
@@ -116,7 +116,7 @@ TEST_P(EventQueueFromAnotherThread, KeepsEveryBlockInOrder) {
     EXPECT_FALSE(eventQueue_->isPending());
 }
 
-INSTANTIATE_TEST_SUITE_P(RefusedPosts, EventQueueFromAnotherThread, ::testing::Values(0, 3, 1));
+INSTANTIATE_TEST_SUITE_P(RefusedPosts, EventQueueFromAnotherThread, ::testing::Values(0, 1));
 
 TEST_F(EventQueueTest, ClosingEndsTheWaitAndItsBlockIsStillDelivered) {
     put(0, 0);

@@ -40,7 +40,7 @@ class FaultyLogSystem final : public LogSystem {
 };
 
 const std::string kWhole =
-    "10 variables, a new name that is long, a new name that is long, All Days, All Day, a new name that is long, "
+    "10 variables, the name since the reload, the name since the reload, All Days, All Day, the name since the reload, "
     "Nurses of 1, Chime";
 
 class FaultTest : public testing::Test {
@@ -59,17 +59,21 @@ class FaultTest : public testing::Test {
             session.apply({changeFrom(form, *event, event->key)});
         });
     }
-    static void workThrough(FaultConsole& console) {
+    // What the console holds after the reload, and in the end everything once more.
+    static std::string workThrough(FaultConsole& console) {
         console.run();
         editAnEvent(console);
         console.announceReload();
         console.run();
+        const Exempt exempt;
+        const std::string reloaded = console.contents();
         console.stopServer();
         console.run();
+        return reloaded;
     }
     // After a passing fault the console must have all again by itself, after a lasting one when the next logon comes.
     void expectRecovery(FaultPlan& plan, FaultConsole& console, bool lasting) {
-        workThrough(console);
+        const std::string reloaded = workThrough(console);
         if (lasting) {
             plan.lift();
             console.run();
@@ -77,6 +81,9 @@ class FaultTest : public testing::Test {
             console.run();
         }
         const Exempt exempt;
+        if (!lasting) {
+            EXPECT_EQ(reloaded, kWhole);
+        }
         EXPECT_EQ(console.contents(), kWhole);
         console.session().logoff();
         console.run();
@@ -139,6 +146,25 @@ TEST_F(FaultTest, PostsTimersAndLogCallsThatFailCostNothing) {
         EXPECT_EQ(console.contents(), kWhole);
         shutDown(console);
     });
+}
+
+TEST_F(FaultTest, LinesDoNotPileUpAfterAFailedWrite) {
+    FaultConsole console(system_, posts_, timers_);
+    console.run();
+    system_.calls.arm(1, true);
+    // The first lines make the writer fail; it looks for them ten times a second.
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    std::size_t grown = 1;
+    while (grown != 0 && std::chrono::steady_clock::now() < deadline) {
+        console.log.log("a line");
+        const std::size_t before = allocatedBytes();
+        for (int i = 0; i < 10'000; ++i)
+            console.log.log("a line that is kept nowhere");
+        grown = allocatedBytes() - before;
+    }
+    EXPECT_EQ(grown, 0u) << "bytes";
+    system_.calls.lift();
+    shutDown(console);
 }
 
 TEST_F(FaultTest, AWriterThatDoesNotStartCostsTheLogItsLinesOnly) {

@@ -17,7 +17,7 @@ constexpr char kWritten[] =
     "KSFileWrite {A0000000-0000-0000-0000-000000000000} ";
 
 const char* nameOf(Outcome outcome) {
-    constexpr const char* names[] = {"stored", "refused", "no echo", "link lost", "cancelled"};
+    constexpr const char* names[] = {"stored", "refused", "no echo", "link lost", "cancelled", "gone"};
     return names[static_cast<int>(outcome)];
 }
 
@@ -179,6 +179,25 @@ TEST_F(GateTest, AValueIsStoredOnceItComesBackAsItWasWritten) {
     EXPECT_EQ(outcome(), "no echo " + name + "; ");
     EXPECT_EQ(journal_.take(), "log: applyChanges: '" + name + "' did not come back from the server");
     EXPECT_FALSE(gate_.isBusy());
+}
+
+TEST_F(GateTest, AChangeOfOneFieldWritesNothingElse) {
+    events_.store(completeRecord(Response::kTtsMessage));
+    EventRecord seen = *events_.find("{E}");
+    seen.name = "before another console renamed it";
+    EventRecord after = seen;
+    after.disabled = 0;
+    EXPECT_EQ(apply(EventChange{seen, after, {}, "Disabled"}),
+              "\\ORVS\\Events\\{E}\\Disabled=0; \\ORVS\\Events\\{E}\\completeBits=1");
+    EXPECT_EQ(events_.find("{E}")->disabled, 0u);
+    EXPECT_EQ(events_.find("{E}")->name, "Old");
+    after.scheduleKey = "{other}";
+    EXPECT_EQ(apply(EventChange{seen, after, {}, "ScheduleKey"}),
+              "\\ORVS\\Events\\{E}\\ScheduleKey='{other}'; \\ORVS\\Events\\{E}\\completeBits=1");
+    // Deleted meanwhile: it is not made again.
+    events_.clear();
+    EXPECT_EQ(apply(EventChange{seen, after, {}, "Disabled"}), "");
+    EXPECT_EQ(outcome(), "gone; ");
 }
 
 TEST_F(GateTest, SchedulesAndMailSettingsAreWrittenInTheirOrder) {

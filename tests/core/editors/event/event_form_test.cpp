@@ -69,6 +69,7 @@ TEST_F(EventFormTest, EachStepOpensWhenTheOneBeforeIsComplete) {
         {[&] { form.chooseDestination(2); }, "TstSRD!"},
         {[&] { form.setName(""); }, ""},
         {[&] { form.setName("y"); }, "TstSRD!"},
+        {[&] { chooseResponse(form, Response::kDeactivateRelay); }, "TstSRD!"},
         {[&] { chooseResponse(form, Response::kServerAudio); }, "TstSRDB"},
         {[&] { form.setMessageKey("gone"); }, "TstSRDB!"},  // a key that is not known counts
         {[&] { form.chooseDestination(0); }, "TstSRDB"},

@@ -6,12 +6,12 @@
 namespace orvc {
 
 ShownRows::Changes ShownRows::update(const ListSource& source, std::size_t first, std::size_t count,
-                                     std::size_t columns) {
+                                     const std::vector<std::size_t>& columns) {
     const std::size_t size = source.size();
     std::vector<std::string> texts;
     for (std::size_t row = first; row < std::min(size, first + count); ++row) {
         std::string& text = texts.emplace_back();
-        for (std::size_t column = 0; column < columns; ++column)
+        for (const std::size_t column : columns)
             text.append(source.cell(row, column)).append("\n");
     }
     Changes changes;

@@ -20,8 +20,9 @@ class ShownRows {
         std::vector<std::size_t> rows;  // ascending; empty when all are
     };
 
-    // Looks at the rows of `source` that are visible now, `count` from `first` on, each with so many columns.
-    Changes update(const ListSource& source, std::size_t first, std::size_t count, std::size_t columns);
+    // Looks at the rows of `source` that are visible now, `count` from `first` on, each with these columns.
+    Changes update(const ListSource& source, std::size_t first, std::size_t count,
+                   const std::vector<std::size_t>& columns);
 
   private:
     std::size_t first_ = 0;

@@ -30,7 +30,8 @@ void ListView::attach(HWND list, const ListSource& source, std::function<void()>
     list_ = list;
     source_ = &source;
     onSelection_ = std::move(onSelection);
-    columns_ = 0;
+    columns_.clear();
+    selected_.clear();
     shown_ = {};
     addStyles(LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES);
     SendMessageA(list_, LVM_SETITEMCOUNT, kReservedRows, LVSICF_NOSCROLL);
@@ -41,19 +42,50 @@ void ListView::addStyles(DWORD extendedStyles) {
     SendMessageA(list_, LVM_SETEXTENDEDLISTVIEWSTYLE, extendedStyles, static_cast<LPARAM>(extendedStyles));
 }
 
-void ListView::addColumn(const std::string& title) {
+void ListView::addColumn(const std::string& title, std::size_t sourceColumn) {
     std::string text = title;
     LVCOLUMNA column{};
     column.mask = LVCF_TEXT | LVCF_SUBITEM | LVCF_FMT;
     column.fmt = LVCFMT_LEFT;
     column.pszText = text.data();
-    column.iSubItem = static_cast<int>(columns_);
-    SendMessageA(list_, LVM_INSERTCOLUMNA, columns_, reinterpret_cast<LPARAM>(&column));
-    ++columns_;
+    column.iSubItem = static_cast<int>(columns_.size());
+    columns_.push_back(sourceColumn);
+    SendMessageA(list_, LVM_INSERTCOLUMNA, columns_.size() - 1, reinterpret_cast<LPARAM>(&column));
+}
+
+void ListView::removeColumns() {
+    for (; !columns_.empty(); columns_.pop_back())
+        SendMessageA(list_, LVM_DELETECOLUMN, columns_.size() - 1, 0);
+    shown_ = {};
 }
 
 void ListView::setColumnWidth(std::size_t column, int width) {
     SendMessageA(list_, LVM_SETCOLUMNWIDTH, column, width);
+}
+
+int ListView::columnWidth(std::size_t column) const {
+    return static_cast<int>(SendMessageA(list_, LVM_GETCOLUMNWIDTH, column, 0));
+}
+
+std::vector<std::size_t> ListView::columnOrder() const {
+    std::vector<int> order(columns_.size());
+    SendMessageA(list_, LVM_GETCOLUMNORDERARRAY, order.size(), reinterpret_cast<LPARAM>(order.data()));
+    std::vector<std::size_t> sources;
+    for (const int column : order)
+        sources.push_back(columns_.at(static_cast<std::size_t>(column)));
+    return sources;
+}
+
+void ListView::showSort(std::optional<std::size_t> sourceColumn, bool descending) {
+    const auto header = reinterpret_cast<HWND>(SendMessageA(list_, LVM_GETHEADER, 0, 0));
+    for (std::size_t column = 0; column < columns_.size(); ++column) {
+        HDITEMA item{};
+        item.mask = HDI_FORMAT;
+        SendMessageA(header, HDM_GETITEMA, column, reinterpret_cast<LPARAM>(&item));
+        item.fmt &= ~(HDF_SORTUP | HDF_SORTDOWN);
+        if (columns_[column] == sourceColumn) item.fmt |= descending ? HDF_SORTDOWN : HDF_SORTUP;
+        SendMessageA(header, HDM_SETITEMA, column, reinterpret_cast<LPARAM>(&item));
+    }
 }
 
 int ListView::textWidth(const std::string& text) const {
@@ -68,6 +100,7 @@ void ListView::show() {
     const Changing ours(changing_);
     const std::size_t count = source_->size();
     if (rowCount() != count) SendMessageA(list_, LVM_SETITEMCOUNT, count, LVSICF_NOSCROLL | LVSICF_NOINVALIDATEALL);
+    selected_.erase(std::ranges::lower_bound(selected_, count), selected_.end());
     const auto first = static_cast<std::size_t>(std::max<LRESULT>(SendMessageA(list_, LVM_GETTOPINDEX, 0, 0), 0));
     const auto page = static_cast<std::size_t>(SendMessageA(list_, LVM_GETCOUNTPERPAGE, 0, 0)) + 1;
     try {
@@ -90,9 +123,23 @@ void ListView::setState(std::size_t row, UINT state, UINT mask) {
 void ListView::select(std::optional<std::size_t> row) {
     constexpr UINT kBoth = LVIS_SELECTED | LVIS_FOCUSED;
     const Changing ours(changing_);
-    // Not for all rows at once, which takes a step for each of them.
-    if (const auto selected = selectedRow(); selected && selected != row) setState(*selected, 0, kBoth);
+    highlight(row ? std::vector{*row} : std::vector<std::size_t>());
     if (row) setState(*row, kBoth, kBoth);
+}
+
+void ListView::highlight(const std::vector<std::size_t>& rows) {
+    if (rows == selected_) return;
+    const Changing ours(changing_);
+    // Not for all rows at once, which takes a step for each row of the list.
+    std::vector<std::size_t> differing;
+    std::ranges::set_difference(selected_, rows, std::back_inserter(differing));
+    for (const std::size_t row : differing)
+        setState(row, 0, LVIS_SELECTED | LVIS_FOCUSED);
+    differing.clear();
+    std::ranges::set_difference(rows, selected_, std::back_inserter(differing));
+    for (const std::size_t row : differing)
+        setState(row, LVIS_SELECTED, LVIS_SELECTED);
+    selected_ = rows;
 }
 
 void ListView::focus(std::size_t row) {
@@ -105,8 +152,29 @@ void ListView::scrollTo(std::size_t row) {
 }
 
 std::optional<std::size_t> ListView::selectedRow() const {
-    const auto row = SendMessageA(list_, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED);
+    return selected_.empty() ? std::nullopt : std::optional(selected_.front());
+}
+
+std::optional<std::size_t> ListView::focusedRow() const {
+    const auto row = SendMessageA(list_, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED);
     return row >= 0 ? std::optional(static_cast<std::size_t>(row)) : std::nullopt;
+}
+
+void ListView::takeStateChange(const NMLISTVIEW& change) {
+    const bool isSelected = (change.uNewState & LVIS_SELECTED) != 0;
+    if ((change.uChanged & LVIF_STATE) == 0 || isSelected == ((change.uOldState & LVIS_SELECTED) != 0)) return;
+    if (change.iItem < 0) return readSelection();
+    const auto row = static_cast<std::size_t>(change.iItem);
+    const auto place = std::ranges::lower_bound(selected_, row);
+    const bool wasSelected = place != selected_.end() && *place == row;
+    if (isSelected && !wasSelected) selected_.insert(place, row);
+    if (!isSelected && wasSelected) selected_.erase(place);
+}
+
+void ListView::readSelection() {
+    selected_.clear();
+    for (LRESULT row = -1; (row = SendMessageA(list_, LVM_GETNEXTITEM, static_cast<WPARAM>(row), LVNI_SELECTED)) >= 0;)
+        selected_.push_back(static_cast<std::size_t>(row));
 }
 
 std::optional<LRESULT> ListView::onNotify(NMHDR& header) {
@@ -127,12 +195,18 @@ std::optional<LRESULT> ListView::onNotify(NMHDR& header) {
         }
         case LVN_ODFINDITEMW: {
             const auto& asked = reinterpret_cast<NMLVFINDITEMW&>(header);
-            return findByPrefix(asked.lvfi.flags, asked.lvfi.psz != nullptr ? fromWide(asked.lvfi.psz) : "",
+            return findByPrefix(asked.lvfi.flags, asked.lvfi.psz != nullptr ? win32::fromWide(asked.lvfi.psz) : "",
                                 asked.iStart);
         }
         case LVN_ITEMCHANGED:
+            if (changing_) return 0;
+            takeStateChange(reinterpret_cast<NMLISTVIEW&>(header));
+            onSelection_();
+            return 0;
         case LVN_ODSTATECHANGED:
-            if (!changing_) onSelection_();
+            if (changing_) return 0;
+            readSelection();
+            onSelection_();
             return 0;
         default:
             return std::nullopt;
@@ -149,8 +223,9 @@ LRESULT ListView::fillItem(Item& item, const Fill& fill) const {
 
 std::string ListView::textOf(int row, int column) const {
     const auto at = static_cast<std::size_t>(row);
-    const bool isThere = row >= 0 && at < source_->size() && column >= 0 && static_cast<std::size_t>(column) < columns_;
-    return isThere ? source_->cell(at, static_cast<std::size_t>(column)) : std::string();
+    const bool isThere =
+        row >= 0 && at < source_->size() && column >= 0 && static_cast<std::size_t>(column) < columns_.size();
+    return isThere ? source_->cell(at, columns_[static_cast<std::size_t>(column)]) : std::string();
 }
 
 // The row that begins with what the operator types, searched from a row on and around.

@@ -21,14 +21,25 @@ namespace orvc::ui {
 // view's use.
 class ListView {
   public:
-    // `onSelection` is called when the operator, not show() or select(), has changed what is highlighted.
+    // `onSelection` is called when the operator, not show() or select(), has changed what is highlighted; for many rows
+    // at once possibly once for each of them.
     void attach(HWND list, const ListSource& source, std::function<void()> onSelection);
 
     // Extended styles of the control beside full-row selection and grid lines.
     void addStyles(DWORD extendedStyles);
-    void addColumn(const std::string& title);
-    // In pixels.
+    // Shows the next column of the source, or the one named.
+    void addColumn(const std::string& title) { addColumn(title, columns_.size()); }
+    void addColumn(const std::string& title, std::size_t sourceColumn);
+    void removeColumns();
+    // In pixels. Columns are counted as they were added, wherever the operator has dragged them.
     void setColumnWidth(std::size_t column, int width);
+    int columnWidth(std::size_t column) const;
+    // The source's columns from left to right, as the operator has dragged them.
+    std::vector<std::size_t> columnOrder() const;
+    // Which of the source's columns that is.
+    std::size_t sourceColumn(std::size_t column) const { return columns_[column]; }
+    // The arrow in the title of one of the source's columns; none shows none.
+    void showSort(std::optional<std::size_t> sourceColumn, bool descending);
     int textWidth(const std::string& text) const;
 
     // The source has changed: shows its rows, and paints those again that are visible and look different.
@@ -36,11 +47,17 @@ class ListView {
 
     // Highlights that row alone and puts the keyboard there, or highlights nothing.
     void select(std::optional<std::size_t> row);
+    // Highlights exactly these rows, ascending, of a list that takes several.
+    void highlight(const std::vector<std::size_t>& rows);
     // Puts the keyboard on a row without highlighting it.
     void focus(std::size_t row);
     void scrollTo(std::size_t row);
     // The first highlighted row.
     std::optional<std::size_t> selectedRow() const;
+    // All highlighted rows, ascending.
+    const std::vector<std::size_t>& selectedRows() const { return selected_; }
+    // The row that has the keyboard.
+    std::optional<std::size_t> focusedRow() const;
 
     // A notification of the control; the value is its result.
     std::optional<LRESULT> onNotify(NMHDR& header);
@@ -54,11 +71,14 @@ class ListView {
     LRESULT fillItem(Item& item, const Fill& fill) const;
     LRESULT findByPrefix(UINT flags, const std::string& prefix, int start) const;
     void setState(std::size_t row, UINT state, UINT mask);
+    void takeStateChange(const NMLISTVIEW& change);
+    void readSelection();
 
     HWND list_ = nullptr;
     const ListSource* source_ = nullptr;
     std::function<void()> onSelection_;
-    std::size_t columns_ = 0;
+    std::vector<std::size_t> columns_;   // each column's in the source
+    std::vector<std::size_t> selected_;  // as the control has it, ascending
     ShownRows shown_;
     bool changing_ = false;  // by us, not by the operator
 };

@@ -92,7 +92,7 @@ TEST(ShownRowsTest, OnlyVisibleRowsThatLookDifferentArePaintedAgain) {
     ShownRows shown;
     using Changed = std::vector<std::size_t>;
     const auto changed = [&](std::size_t first) {
-        const ShownRows::Changes changes = shown.update(rows, first, 3, 2);
+        const ShownRows::Changes changes = shown.update(rows, first, 3, {0, 1});
         return changes.all ? Changed{99} : changes.rows;
     };
     EXPECT_EQ(changed(0), (Changed{0, 1, 2}));

@@ -9,7 +9,6 @@
 #include "dialogs/about_dialog.h"
 #include "dialogs/configure_schedules_dialog.h"
 #include "dialogs/preferences_dialog.h"
-#include "dialogs/setup_event_dialog.h"
 #include "resources/resource.h"
 #include "support/text.h"
 #include "ui/dialog.h"
@@ -18,25 +17,60 @@
 namespace orvc {
 
 std::span<const Commands::Command> Commands::all() {
+    constexpr BYTE kCtrl = FVIRTKEY | FCONTROL;
     constexpr Shortcut none{0, 0};
     constexpr Shortcut insert{FVIRTKEY, VK_INSERT};
     constexpr Shortcut del{FVIRTKEY, VK_DELETE};
+    const auto key = [](WORD code) constexpr {
+        return Shortcut{FVIRTKEY, code};
+    };
+    const auto ctrl = [](char letter) constexpr {
+        return Shortcut{kCtrl, static_cast<WORD>(letter)};
+    };
+    constexpr Shortcut ctrlShiftE{kCtrl | FSHIFT, 'E'};
+    constexpr auto always = nullptr;
+    using C = Commands;
+    constexpr auto editable = [](const C& c) { return c.s_.events.whyNotEditable(); };
+    constexpr auto selected = [](const C& c) { return c.s_.events.whyNotSelected(); };
+    constexpr auto hasSelection = [](const C& c) { return c.s_.workbench.whyNotSelected(); };
+    constexpr auto hasSource = [](const C& c) { return c.s_.workbench.whyNoPlace(EventColumnId::kSource); };
+    constexpr auto hasDestination = [](const C& c) { return c.s_.workbench.whyNoPlace(EventColumnId::kDestination); };
+    constexpr auto hasProblems = [](const C& c) { return c.s_.workbench.whyNoProblems(); };
+    constexpr When anytime = When::kAlways;
+    constexpr When notTyping = When::kNotWhileTyping;
     // clang-format off
-    static constexpr std::array<Command, 13> table{{
-        // id                   shortcut  enabled                 does                           while a dialog is open
-        {IDM_LOGOFF,              none,   &Commands::always,      &Commands::logoff,              false},
-        {IDM_EXIT,                none,   &Commands::always,      &Commands::exitConsole,         true},
-        {IDM_PREFERENCES,         none,   &Commands::isEditable,  &Commands::editPreferences,     false},
-        {IDM_CREATE_EVENT,        insert, &Commands::isEditable,  &Commands::createEvent,         false},
-        {IDM_MODIFY_EVENT,        none,   &Commands::isEditable,  &Commands::modifySelectedEvent, false},
-        {IDM_DELETE_EVENT,        del,    &Commands::isEditable,  &Commands::deleteSelectedEvent, false},
-        {IDM_SCHEDULES,           none,   &Commands::isEditable,  &Commands::editSchedules,       false},
-        {IDM_RECORD_EVENTS,       none,   &Commands::always,      &Commands::recordEvents,        true},
-        {IDM_CLEAR_FILE,          none,   &Commands::always,      &Commands::clearFile,           false},
-        {IDM_OPEN_SUPPORT_FOLDER, none,   &Commands::always,      &Commands::openSupportFolder,   false},
-        {IDM_HELP,                none,   &Commands::always,      &Commands::openHelp,            false},
-        {IDM_ABOUT,               none,   &Commands::always,      &Commands::showAbout,           false},
-        {IDM_TRAY_RESTORE,        none,   &Commands::always,      &Commands::restore,             true},
+    static const std::array<Command, 29> table{{
+        // id                     shortcut     why not         does
+        {IDM_LOGOFF,              none,        always,         [](C& c) { c.s_.session.logoff(); }},
+        {IDM_EXIT,                none,        always,         [](C& c) { c.s_.exit(); }, anytime},
+        {IDM_DUPLICATE_EVENT,     ctrl('D'),   selected,       [](C& c) { c.s_.events.duplicate(); }},
+        {IDM_ENABLE_EVENTS,       ctrl('E'),   selected,       [](C& c) { c.s_.events.setDisabled(false); }},
+        {IDM_DISABLE_EVENTS,      ctrlShiftE,  selected,       [](C& c) { c.s_.events.setDisabled(true); }},
+        {IDM_ASSIGN_SCHEDULE,     none,        selected,       [](C& c) { c.s_.events.assignSchedule(); }},
+        {IDM_COPY,                ctrl('C'),   hasSelection,   [](C& c) { c.s_.events.copy(); }, notTyping},
+        {IDM_SELECT_ALL,          ctrl('A'),   always,         [](C& c) { c.s_.workbench.selectAll(); }, notTyping},
+        {IDM_FIND,                ctrl('F'),   always,         [](C& c) { c.s_.workbench.find(); }},
+        {IDM_SHOW_DETAIL,         none,        always,         [](C& c) { c.s_.workbench.toggleDetail(); }},
+        {IDM_SHOW_ALL,            ctrl('1'),   always,         [](C& c) { c.s_.workbench.show(EventState::kAll); }},
+        {IDM_SHOW_PROBLEMS,       ctrl('2'),   always,         [](C& c) { c.s_.workbench.show(EventState::kWithProblems); }},
+        {IDM_SHOW_DISABLED,       ctrl('3'),   always,         [](C& c) { c.s_.workbench.show(EventState::kDisabled); }},
+        {IDM_NEXT_PROBLEM,        key(VK_F8),  hasProblems,    [](C& c) { c.s_.workbench.nextProblem(); }},
+        {IDM_SORT_AGAIN,          key(VK_F5),  always,         [](C& c) { c.s_.workbench.sortAgain(); }},
+        {IDM_SAME_SOURCE,         none,        hasSource,      [](C& c) { c.s_.workbench.showSame(EventColumnId::kSource); }},
+        {IDM_SAME_DESTINATION,    none,        hasDestination, [](C& c) { c.s_.workbench.showSame(EventColumnId::kDestination); }},
+        {IDM_SAME_SCHEDULE,       none,        hasSelection,   [](C& c) { c.s_.workbench.showSame(EventColumnId::kSchedule); }},
+        {IDM_NEXT_PANE,           key(VK_F6),  always,         [](C& c) { c.s_.workbench.nextPane(); }},
+        {IDM_PREFERENCES,         none,        editable,       [](C& c) { c.editPreferences(); }},
+        {IDM_CREATE_EVENT,        insert,      editable,       [](C& c) { c.s_.events.create(); }, notTyping},
+        {IDM_MODIFY_EVENT,        none,        selected,       [](C& c) { c.s_.events.modify(); }},
+        {IDM_DELETE_EVENT,        del,         selected,       [](C& c) { c.s_.events.erase(); }, notTyping},
+        {IDM_SCHEDULES,           none,        editable,       [](C& c) { c.editSchedules(); }},
+        {IDM_RECORD_EVENTS,       none,        always,         [](C& c) { c.recordEvents(); }, anytime},
+        {IDM_CLEAR_FILE,          none,        always,         [](C& c) { c.clearFile(); }},
+        {IDM_OPEN_SUPPORT_FOLDER, none,        always,         [](C& c) { c.openSupportFolder(); }},
+        {IDM_HELP,                none,        always,         [](C& c) { c.s_.help.openFirstPage(c.window_); }},
+        {IDM_ABOUT,               none,        always,         [](C& c) { c.showAbout(); }},
+        {IDM_TRAY_RESTORE,        none,        always,         [](C& c) { ui::bringToForeground(c.window_); }, anytime},
     }};
     // clang-format on
     return table;
@@ -50,56 +84,88 @@ const Commands::Command* Commands::find(unsigned id) {
 void Commands::attach(HWND window, HMENU menu) {
     window_ = window;
     menu_ = menu;
+    eventMenu_ = s_.parts.resources.loadMenu(IDR_EVENT_MENU);
     std::vector<ACCEL> shortcuts;
     for (const Command& command : all())
         if (command.shortcut.key != 0)
             shortcuts.push_back({command.shortcut.modifiers, command.shortcut.key, static_cast<WORD>(command.id)});
     accelerators_.reset(CreateAcceleratorTableA(shortcuts.data(), static_cast<int>(shortcuts.size())));
+    addShortcuts(menu_);
+    addShortcuts(eventMenu_.get());
     updateMenu();
     applyTraySetting();
 }
 
+// "Ctrl+Shift+E", in the language's own words.
+std::string Commands::shortcutText(const Shortcut& shortcut) const {
+    const ui::Resources& texts = s_.parts.resources;
+    std::string text;
+    if ((shortcut.modifiers & FCONTROL) != 0) text += texts.text(IDS_KEY_CTRL);
+    if ((shortcut.modifiers & FSHIFT) != 0) text += texts.text(IDS_KEY_SHIFT);
+    if (shortcut.key == VK_INSERT) return text + texts.text(IDS_KEY_INSERT);
+    if (shortcut.key == VK_DELETE) return text + texts.text(IDS_KEY_DELETE);
+    if (shortcut.key >= VK_F1 && shortcut.key <= VK_F12) return text + "F" + std::to_string(shortcut.key - VK_F1 + 1);
+    return text + static_cast<char>(shortcut.key);
+}
+
+void Commands::addShortcuts(HMENU menu) const {
+    for (const Command& command : all()) {
+        std::array<char, 128> text{};
+        if (command.shortcut.key == 0 ||
+            GetMenuStringA(menu, command.id, text.data(), static_cast<int>(text.size()), MF_BYCOMMAND) == 0)
+            continue;
+        const std::string both = std::string(text.data()) + "\t" + shortcutText(command.shortcut);
+        ModifyMenuA(menu, command.id, MF_BYCOMMAND | MF_STRING, command.id, both.c_str());
+    }
+}
+
 bool Commands::run(unsigned id) {
+    if (s_.workbench.runColumnCommand(id)) return true;
     const Command* const command = find(id);
     if (command == nullptr) return false;
     // Ignore commands that arrive while a dialog is open, such as a second click.
-    if (IsWindowEnabled(window_) == 0 && !command->whileDialogOpen) return true;
-    if ((this->*command->isEnabled)()) (this->*command->run)();
+    if (IsWindowEnabled(window_) == 0 && command->when != When::kAlways) return true;
+    if (whyNot(id) == 0) command->run(*this);
     return true;
 }
 
 void Commands::runLater(unsigned id) const {
-    if (isEnabled(id)) PostMessageA(window_, WM_COMMAND, id, 0);
+    if (whyNot(id) == 0) PostMessageA(window_, WM_COMMAND, id, 0);
 }
 
-bool Commands::isEnabled(unsigned id) const {
+unsigned Commands::whyNot(unsigned id) const {
     const Command* const command = find(id);
-    return command != nullptr && (this->*command->isEnabled)();
+    return command != nullptr && command->whyNot != nullptr ? command->whyNot(*this) : 0;
 }
 
 void Commands::updateMenu() const {
-    for (const Command& command : all())
-        EnableMenuItem(menu_, command.id, MF_BYCOMMAND | ((this->*command.isEnabled)() ? MF_ENABLED : MF_GRAYED));
+    for (const HMENU menu : {menu_, eventMenu_.get()})
+        for (const Command& command : all())
+            EnableMenuItem(menu, command.id, MF_BYCOMMAND | (whyNot(command.id) == 0 ? MF_ENABLED : MF_GRAYED));
+    s_.workbench.updateMenu(menu_);
+}
+
+bool Commands::translate(MSG& message) const {
+    if (accelerators_ == nullptr || message.message < WM_KEYFIRST || message.message > WM_KEYLAST) return false;
+    if (s_.workbench.isTyping() && message.message == WM_KEYDOWN) {
+        const bool isCtrlDown = GetKeyState(VK_CONTROL) < 0;
+        for (const Command& command : all())
+            if (command.when == When::kNotWhileTyping && command.shortcut.key == message.wParam &&
+                ((command.shortcut.modifiers & FCONTROL) != 0) == isCtrlDown)
+                return false;
+    }
+    return TranslateAcceleratorA(window_, accelerators_.get(), &message) != 0;
+}
+
+void Commands::showEventMenu(POINT place) {
+    updateMenu();
+    const HMENU menu = GetSubMenu(eventMenu_.get(), 0);
+    SetMenuDefaultItem(menu, IDM_MODIFY_EVENT, FALSE);
+    TrackPopupMenu(menu, TPM_RIGHTBUTTON, place.x, place.y, 0, window_, nullptr);
 }
 
 // ---------------------------------------------------------------------------------------------------------------------
 // The commands
-
-void Commands::logoff() {
-    s_.session.logoff();
-}
-
-void Commands::exitConsole() {
-    s_.exit();
-}
-
-void Commands::restore() {
-    ui::bringToForeground(window_);
-}
-
-void Commands::openHelp() {
-    s_.help.openFirstPage(window_);
-}
 
 void Commands::recordEvents() {
     TrackingLog& log = s_.parts.log;
@@ -134,27 +200,6 @@ void Commands::showAbout() {
     about.runModal(window_);
 }
 
-void Commands::createEvent() {
-    runEditor(nullptr);
-}
-
-void Commands::modifySelectedEvent() {
-    if (const EventRecord* event = s_.table.selectedRecord()) runEditor(event);
-}
-
-// `event` is copied by the editor: what becomes of it while the editor is open is found by key afterwards.
-void Commands::runEditor(const EventRecord* event) {
-    Session& session = s_.session;
-    CSetupEventDlg editor(
-        {s_.parts.resources, s_.parts.link, session.directory(), session.schedules(), session.fileReader(),
-         s_.parts.log, s_.parts.clock, win32::makeSortKey, [&session] { return session.isConnected(); },
-         [&session](Change change) { session.apply({std::move(change)}); }},
-        event);
-    if (!editor.run(window_)) return;
-    if (const EventRecord* const saved = session.events().find(editor.key()))
-        s_.list.select(s_.table.model().rowOf(*saved));
-}
-
 void Commands::editPreferences() {
     LocalSettings& settings = s_.parts.settings.values();
     CPreferencesDlg preferences(s_.parts.resources, s_.parts.log, settings.hideMinimized != 0,
@@ -163,7 +208,7 @@ void Commands::editPreferences() {
     settings.hideMinimized = preferences.minimizesToTray() ? 1 : 0;
     s_.parts.settings.save();
     applyTraySetting();
-    if (s_.session.isConnected() && preferences.email().isChanged()) s_.session.apply({preferences.email().change()});
+    if (s_.session.isConnected() && preferences.email().isChanged()) s_.events.store(preferences.email().change());
 }
 
 void Commands::applyTraySetting() {
@@ -172,25 +217,9 @@ void Commands::applyTraySetting() {
 
 void Commands::editSchedules() {
     Session& session = s_.session;
-    CConfigureSchedulesDlg(s_.parts.resources, session.schedules(), win32::makeSortKey, [&session](Change change) {
-        session.apply({std::move(change)});
+    CConfigureSchedulesDlg(s_.parts.resources, session.schedules(), win32::makeSortKey, [this](Change change) {
+        s_.events.store(std::move(change));
     }).runModal(window_);
-}
-
-void Commands::deleteSelectedEvent() {
-    const EventRecord* selected = s_.table.selectedRecord();
-    if (selected == nullptr) return;
-    const std::string key = selected->key;
-    const ui::Resources& texts = s_.parts.resources;
-    if (!ui::askYesNo(window_, texts.text(IDS_DELETE_EVENT), texts.text(IDS_DELETE_EVENT_CAPTION))) return;
-    // While the question was open the Event may have moved or gone, or the logon have ended. What was asked before a
-    // reload may be answered in it.
-    const EventRecord* const record = s_.session.events().findAny(key);
-    if (record == nullptr || !s_.session.isConnected()) return;
-    const auto row = s_.table.model().rowOf(*record);
-    s_.session.apply({EventChange{*record, std::nullopt, {}}});
-    const std::size_t size = s_.table.size();
-    s_.list.select(row && size > 0 ? std::optional(std::min(*row, size - 1)) : std::nullopt);
 }
 
 }  // namespace orvc

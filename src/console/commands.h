@@ -8,9 +8,10 @@
 #include <string>
 
 #include "console/console_parts.h"
-#include "console/event_list_view.h"
+#include "console/event_commands.h"
 #include "console/help.h"
 #include "console/tray.h"
+#include "console/workbench.h"
 #include "session/session.h"
 #include "win32/handles.h"
 
@@ -22,15 +23,16 @@ struct LibraryInfo {
     std::string fileVersion;
 };
 
-// Purpose: one table of all commands; the menus' state and the shortcuts come from it.
-// Thread: user-interface thread. Lifetime: what the constructor takes outlives it.
+// Purpose: one table of all commands. The menus' state and shortcuts, the accelerators and what the status bar says of
+// a greyed item come from it; the menus' words are the language library's. Thread: user-interface thread. Lifetime:
+// what the constructor takes outlives it.
 class Commands {
   public:
     struct Surroundings {
         const ConsoleParts& parts;
         Session& session;
-        EventTable& table;
-        EventListView& list;
+        EventCommands& events;
+        Workbench& workbench;
         Tray& tray;
         Help& help;
         const LibraryInfo& library;
@@ -46,12 +48,16 @@ class Commands {
     bool run(unsigned id);
     // The same for a gesture in the list, which the control finishes first.
     void runLater(unsigned id) const;
-    bool isEnabled(unsigned id) const;
 
-    // Greys what cannot be done now.
+    // The text that says why a command cannot be given now; 0 when it can, or is none.
+    unsigned whyNot(unsigned id) const;
+
+    // Greys what cannot be done now and ticks what is on.
     void updateMenu() const;
-    // The shortcuts, for TranslateAccelerator().
-    HACCEL accelerators() const { return accelerators_.get(); }
+    // A shortcut for the main window; false when the message is none, or belongs to the box that has the keyboard.
+    bool translate(MSG& message) const;
+    // Shows the menu of the selected Events at a point of the screen.
+    void showEventMenu(POINT place);
 
     // Switches the recording on or off and shows it in the menus.
     void recordEvents();
@@ -61,37 +67,34 @@ class Commands {
         BYTE modifiers;  // of ACCEL
         WORD key;        // 0 = none
     };
+    enum class When {
+        kNoDialogOpen,
+        kAlways,          // also from the tray icon's menu while a dialog is open
+        kNotWhileTyping,  // its key belongs to a box that has the keyboard
+    };
     struct Command {
         unsigned id;
         Shortcut shortcut;
-        bool (Commands::*isEnabled)() const;
-        void (Commands::*run)();
-        bool whileDialogOpen;  // the tray icon's menu gives these also then
+        unsigned (*whyNot)(const Commands&);  // null: it can always be given
+        void (*run)(Commands&);
+        When when = When::kNoDialogOpen;
     };
     static std::span<const Command> all();
     static const Command* find(unsigned id);
+    std::string shortcutText(const Shortcut& shortcut) const;
+    void addShortcuts(HMENU menu) const;
 
-    bool always() const { return true; }
-    bool isEditable() const { return s_.session.isEditable(); }
-
-    void logoff();
-    void exitConsole();
     void editPreferences();
-    void createEvent();
-    void modifySelectedEvent();
-    void deleteSelectedEvent();
     void editSchedules();
     void clearFile();
     void openSupportFolder();
-    void openHelp();
     void showAbout();
-    void restore();
-    void runEditor(const EventRecord* event);
     void applyTraySetting();
 
     Surroundings s_;
     HWND window_ = nullptr;
     HMENU menu_ = nullptr;
+    win32::UniqueMenu eventMenu_;
     win32::UniqueAccelerators accelerators_;
 };
 

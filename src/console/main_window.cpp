@@ -1,5 +1,7 @@
 #include "console/main_window.h"
 
+#include <windowsx.h>
+
 #include "console/start_up.h"
 #include "dialogs/logon_dialog.h"
 #include "resources/resource.h"
@@ -27,12 +29,15 @@ MainWindow::MainWindow(const ConsoleParts& parts)
           parts.clock, [this] { return list_.isUpToDate(); },
           [this] {
               list_.refresh();
+              workbench_.refresh();
               UpdateWindow(list_.window());
           }),
       session_(*this, parts.link, events_.poster(), parts.log, parts.clock, parts.settings.values(), table_),
+      eventCommands_(parts_, session_, table_, list_, [this](const std::string& text) { workbench_.tell(text); }),
+      workbench_({parts_, session_, table_, list_, eventCommands_}),
       help_(parts.resources, parts.log),
       tray_(parts.resources),
-      commands_({parts_, session_, table_, list_, tray_, help_, library_, [this] { exitConsole(); },
+      commands_({parts_, session_, eventCommands_, workbench_, tray_, help_, library_, [this] { exitConsole(); },
                  [this] { return programVersion(); }}),
       pleaseWait_(parts.resources, IDS_WAIT_UPDATING) {
     table_.judgeBy(session_.directory(), [this] { return session_.isReady(); });
@@ -70,7 +75,8 @@ bool MainWindow::onInit() {
         parts_.log.log("%s", line.c_str());
     ui::setFailureHandler([this](const char* what) { parts_.log.log("%s", what); });
     ui::setHelpHandler([this](unsigned topic) { help_.open(GetLastActivePopup(topmostModal()), topic); });
-    list_.attach(control(IDC_EVENT_LIST));
+    eventCommands_.attach(window());
+    workbench_.attach(window(), menu_.get(), dpi());
     installKeyboardHook();
     tray_.attach(window(), smallIcon_.get());
     commands_.attach(window(), menu_.get());
@@ -89,7 +95,8 @@ bool MainWindow::onInit() {
     startTimer(timer::kLogon, timer::kLogonPeriod);
     startTimer(timer::kIdle, timer::kIdlePeriod);
     parts_.log.endStartUp();
-    return true;
+    SetFocus(list_.window());
+    return false;
 }
 
 void MainWindow::setIcons() {
@@ -106,23 +113,24 @@ void MainWindow::installKeyboardHook() {
 // ---------------------------------------------------------------------------------------------------------------------
 // Messages
 
-bool MainWindow::onCommand(unsigned id, unsigned) {
-    if (id == IDOK) commands_.runLater(IDM_MODIFY_EVENT);
-    // Esc is no command of a main window.
-    return commands_.run(id) || id == IDOK || id == IDCANCEL;
+bool MainWindow::onCommand(unsigned id, unsigned notification) {
+    if (id == IDOK && !workbench_.enter()) commands_.runLater(IDM_MODIFY_EVENT);
+    if (id == IDCANCEL) workbench_.escape();
+    return workbench_.onCommand(id, notification) || commands_.run(id) || id == IDOK || id == IDCANCEL;
 }
 
 std::optional<LRESULT> MainWindow::onNotify(NMHDR& header) {
-    if (header.idFrom != IDC_EVENT_LIST) return std::nullopt;
-    if (header.code == NM_DBLCLK) {
+    if (header.idFrom == IDC_EVENT_LIST && header.code == NM_DBLCLK) {
         const bool hitsRow = reinterpret_cast<NMITEMACTIVATE&>(header).iItem >= 0;
         commands_.runLater(hitsRow ? IDM_MODIFY_EVENT : IDM_CREATE_EVENT);
         return 0;
     }
-    return list_.onNotify(header);
+    return workbench_.onNotify(header);
 }
 
 bool MainWindow::onTimer(std::uintptr_t timerId) {
+    if (timerId == timer::kEventCopy) eventCommands_.onTimer();
+    if (timerId == timer::kStatus) workbench_.onStatusTimer();
     events_.onTimer(timerId);
     // Windows' own handling of the timer follows.
     return false;
@@ -133,8 +141,7 @@ void MainWindow::onClose() {
 }
 
 bool MainWindow::onPreview(MSG& message) {
-    return commands_.accelerators() != nullptr &&
-           TranslateAcceleratorA(window(), commands_.accelerators(), &message) != 0;
+    return commands_.translate(message) || workbench_.onPreview(message);
 }
 
 std::optional<LRESULT> MainWindow::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -152,6 +159,17 @@ std::optional<LRESULT> MainWindow::onMessage(UINT message, WPARAM wParam, LPARAM
             return 0;
         case WM_INITMENU:
             commands_.updateMenu();
+            return std::nullopt;
+        case WM_MENUSELECT:
+            onMenuSelect(wParam, lParam);
+            return std::nullopt;
+        case WM_CONTEXTMENU:
+            return onContextMenu(reinterpret_cast<HWND>(wParam), {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)})
+                       ? std::optional<LRESULT>(0)
+                       : std::nullopt;
+        case WM_CTLCOLORSTATIC:
+            if (const HBRUSH brush = workbench_.colorOf(reinterpret_cast<HWND>(lParam), reinterpret_cast<HDC>(wParam)))
+                return reinterpret_cast<LRESULT>(brush);
             return std::nullopt;
         case WM_SYSCOMMAND:
             if (wParam != IDM_ABOUT_SYSTEM) return std::nullopt;
@@ -187,15 +205,36 @@ void MainWindow::onSize(WPARAM kind) {
         if (parts_.settings.values().hideMinimized != 0) tray_.hideMinimized();
         return;
     }
-    RECT client{};
-    GetClientRect(window(), &client);
-    SetWindowPos(control(IDC_EVENT_LIST), nullptr, 0, 0, client.right, client.bottom, SWP_NOZORDER | SWP_NOACTIVATE);
-    list_.layOutColumns(dpi());
+    workbench_.layOut(dpi());
 }
 
 void MainWindow::limitSize(MINMAXINFO& limits) const {
-    limits.ptMinTrackSize.x = list_.minimumWidth(dpi()) + GetSystemMetrics(SM_CXVSCROLL) + scale(16);
-    limits.ptMinTrackSize.y = scale(240);
+    const SIZE least = workbench_.minimumSize(dpi());
+    limits.ptMinTrackSize = {least.cx, least.cy};
+}
+
+// By mouse at a place; by keyboard, without one, at the row that has it.
+bool MainWindow::onContextMenu(HWND target, POINT place) {
+    const bool isByMouse = place.x != -1 || place.y != -1;
+    if (isByMouse && workbench_.onContextMenu(target, place)) return true;
+    if (target != list_.window()) return false;
+    if (!isByMouse) {
+        RECT row{};
+        ListView_GetItemRect(list_.window(), static_cast<int>(list_.focusedRow().value_or(0)), &row, LVIR_LABEL);
+        place = {row.left, row.bottom};
+        ClientToScreen(list_.window(), &place);
+    }
+    commands_.showEventMenu(place);
+    return true;
+}
+
+// A greyed item says why in the status bar.
+void MainWindow::onMenuSelect(WPARAM wParam, LPARAM lParam) {
+    constexpr UINT kClosed = 0xFFFF;
+    const UINT flags = HIWORD(wParam);
+    const bool isGreyedItem = (flags != kClosed || lParam != 0) && (flags & MF_GRAYED) != 0 && (flags & MF_POPUP) == 0;
+    const unsigned reason = isGreyedItem ? commands_.whyNot(LOWORD(wParam)) : 0;
+    workbench_.showHint(reason != 0 ? std::optional(parts_.resources.text(reason)) : std::nullopt);
 }
 
 void MainWindow::paintIcon() {
@@ -211,6 +250,7 @@ void MainWindow::paintIcon() {
 
 void MainWindow::exitConsole() {
     rememberSize(window(), parts_.settings.values());
+    workbench_.saveView();
     session_.doShutdown();
     saveSettings();
     endDialog(IDOK);
@@ -246,11 +286,13 @@ void MainWindow::showTitle(const std::string& logonId) {
     const std::string title =
         logonId.empty() ? parts_.resources.text(plain) : fillIn(parts_.resources.text(IDS_TITLE_LOGGED_ON), {logonId});
     SetWindowTextA(window(), title.c_str());
+    workbench_.setLogonId(logonId);
 }
 
 void MainWindow::refreshEventList() {
     table_.model().touch();
     list_.refresh();
+    workbench_.refresh();
     commands_.updateMenu();
 }
 

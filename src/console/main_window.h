@@ -6,10 +6,12 @@
 
 #include "console/commands.h"
 #include "console/console_parts.h"
+#include "console/event_commands.h"
 #include "console/event_list_view.h"
 #include "console/help.h"
 #include "console/link_events.h"
 #include "console/tray.h"
+#include "console/workbench.h"
 #include "dialogs/please_wait_dialog.h"
 #include "session/session.h"
 #include "ui/dialog.h"
@@ -59,6 +61,8 @@ class MainWindow final : public ui::Dialog, private SessionHost {
     void exitConsole();
     void onSize(WPARAM kind);
     void limitSize(MINMAXINFO& limits) const;
+    bool onContextMenu(HWND target, POINT place);
+    void onMenuSelect(WPARAM wParam, LPARAM lParam);
     void paintIcon();
 
     ConsoleParts parts_;
@@ -66,6 +70,8 @@ class MainWindow final : public ui::Dialog, private SessionHost {
     EventListView list_;
     LinkEvents events_;
     Session session_;
+    EventCommands eventCommands_;
+    Workbench workbench_;
     Help help_;
     Tray tray_;
     LibraryInfo library_;

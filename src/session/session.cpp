@@ -138,6 +138,7 @@ void Session::doLogon() {
 void Session::takeLogon(const LogonOutcome& outcome) {
     const LogonEntry& entry = outcome.entry;
     logoffPending_ = false;
+    lostAt_.reset();
     graceDeadline_ = clock_.now() + kSettingsGrace;
     settings_.ipAddress = entry.address;
     settings_.ipPort = static_cast<std::int32_t>(std::strtol(entry.port.c_str(), nullptr, 10));
@@ -164,6 +165,7 @@ void Session::logoff() {
     // Until the stop event that this causes has been handled no timer may bring up the logon dialog.
     const ReentrancyCounter::Scope noTimers(timerRuns_);
     logoffPending_ = loggedOn_;
+    lostAt_.reset();
     stopLink();
     host_.pause(kLogoffPause);
     logonRequested_ = false;
@@ -290,6 +292,7 @@ void Session::onServerStop() {
     };
     linkReady_ = false;
     const Pause pause{linkReady_};
+    if (loggedOn_ && !logoffPending_) lostAt_ = clock_.now();
     loggedOn_ = false;
     stopped_ = true;
     memberFetch_.reset();

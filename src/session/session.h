@@ -78,6 +78,8 @@ class Session {
     EventCallback& callback() { return callback_; }
     // Logged on; in stand-alone mode: the link is open and the server has not stopped since.
     bool isConnected() const { return consoleMode_ ? loggedOn_ : link_.isOpen() && !stopped_; }
+    // When the server stopped by itself, in seconds since 1970 UTC, until the next logon; nothing after a logoff.
+    std::optional<std::int64_t> lostAt() const { return lostAt_; }
     bool isShuttingDown() const { return bShuttingDown_; }
     // The server's configuration is there, or the time to wait for it is over.
     bool isReady() const { return settingsReady_; }
@@ -169,8 +171,9 @@ class Session {
     bool settingsReady_ = false;
     bool reloadRunning_ = false;
     std::optional<MemberFetch> memberFetch_;
-    std::int64_t graceDeadline_ = 0;       // seconds since 1970 UTC: logon plus 5
-    std::int64_t waitDeadline_ = 0;        // subscription or reload plus 2
+    std::int64_t graceDeadline_ = 0;  // seconds since 1970 UTC: logon plus 5
+    std::int64_t waitDeadline_ = 0;   // subscription or reload plus 2
+    std::optional<std::int64_t> lostAt_;
     std::int64_t lastTimeoutLogged_ = -1;  // the second of the last timeout line
 };
 

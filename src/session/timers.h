@@ -17,7 +17,9 @@ inline constexpr std::uintptr_t kEventQueue = 8;         // 10: goes on with und
 inline constexpr std::uintptr_t kMemberWait = 9;         // 100: waits for the members of groups
 inline constexpr std::uintptr_t kGate = 10;              // 50: goes on with changes, waits for their echoes
 inline constexpr std::uintptr_t kOverdue = 11;           // 1000: shows Events that stay incomplete
-inline constexpr std::uintptr_t kLast = kOverdue;
+inline constexpr std::uintptr_t kEventCopy = 12;         // 50: waits for the payload file of an Event that is copied
+inline constexpr std::uintptr_t kStatus = 13;            // 200: shows how far a command on many Events is
+inline constexpr std::uintptr_t kLast = kStatus;
 
 inline constexpr std::uint32_t kLogonPeriod = 250;
 inline constexpr std::uint32_t kIdlePeriod = 1000;
@@ -29,5 +31,7 @@ inline constexpr std::uint32_t kEventQueuePeriod = 10;
 inline constexpr std::uint32_t kMemberWaitPeriod = 100;
 inline constexpr std::uint32_t kGatePeriod = 50;
 inline constexpr std::uint32_t kOverduePeriod = 1000;
+inline constexpr std::uint32_t kEventCopyPeriod = 50;
+inline constexpr std::uint32_t kStatusPeriod = 200;
 
 }  // namespace orvc::timer

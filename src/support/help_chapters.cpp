@@ -8,13 +8,14 @@
 namespace orvc {
 namespace {
 
-constexpr std::array<HelpChapter, 16> kChapters{{
+constexpr std::array<HelpChapter, 17> kChapters{{
     {kMessagesTopic, "messages.htm"},
     {kEmailTestTopic, "email-test.htm"},
     {IDD_ABOUT, "about.htm"},
     {IDD_MAIN, "main-window.htm"},
     {IDD_LOGON, "logon.htm"},
     {IDD_PLEASE_WAIT, "please-wait.htm"},
+    {IDD_ASSIGN_SCHEDULE, "several-events.htm"},
     {IDD_CONFIGURE_SCHEDULES, "schedules.htm"},
     {IDD_EDIT_SCHEDULE, "edit-schedule.htm"},
     {IDD_SETUP_EVENT, "event-editor.htm"},

@@ -336,7 +336,7 @@ void tellFailure(HWND owner, const std::exception& error) {
 }
 
 bool askYesNo(HWND owner, const std::string& text, const std::string& caption) {
-    return runMessageBox(owner, text, caption, MB_YESNO | MB_ICONQUESTION) == IDYES;
+    return runMessageBox(owner, text, caption, MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) == IDYES;
 }
 
 }  // namespace orvc::ui

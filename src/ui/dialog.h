@@ -115,7 +115,7 @@ void showMessage(HWND owner, const std::string& text, const std::string& caption
 // A modal box that says, in Windows' own words, that memory has run out, or for another exception that something
 // unexpected went wrong. Needs no memory itself.
 void tellFailure(HWND owner, const std::exception& error);
-// A modal Yes/No box; true for Yes.
+// A modal Yes/No box, No by default; true for Yes.
 bool askYesNo(HWND owner, const std::string& text, const std::string& caption);
 
 }  // namespace orvc::ui

@@ -36,6 +36,7 @@ class ListView {
     int columnWidth(std::size_t column) const;
     // The source's columns from left to right, as the operator has dragged them.
     std::vector<std::size_t> columnOrder() const;
+    std::size_t shownColumnCount() const { return columns_.size(); }
     // Which of the source's columns that is.
     std::size_t sourceColumn(std::size_t column) const { return columns_[column]; }
     // The arrow in the title of one of the source's columns; none shows none.

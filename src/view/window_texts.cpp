@@ -71,6 +71,14 @@ std::string stateText(const StringTable& strings, const ListCounts& counts) {
                   counts.withProblems > 0 ? counted(strings, IDS_COUNT_PROBLEMS, counts.withProblems) : std::string()});
 }
 
+std::string selectionText(const StringTable& strings, const ListCounts& counts) {
+    const std::size_t available = counts.total - counts.disabled;
+    const std::string states = joined(
+        strings,
+        {available > 0 ? counted(strings, IDS_COUNT_AVAILABLE, available) : std::string(), stateText(strings, counts)});
+    return fillIn(strings.text(IDS_DETAIL_SELECTED), {eventCountText(strings, counts.total), states});
+}
+
 std::string bannerText(const StringTable& strings, const LinkStatus& link) {
     if (link.stage != LinkStage::kNotConnected || !link.wasConnected) return {};
     return fillIn(strings.text(IDS_LINK_BANNER), {link.address, static_cast<long>(link.port), timeText(link.lostAt)});
@@ -106,7 +114,7 @@ std::string outcomeText(const StringTable& strings, unsigned done, const std::ve
     const std::size_t failed = results.size() - stored - cancelled;
     std::string text;
     const auto add = [&text](const std::string& sentence) { text.append(text.empty() ? "" : " ").append(sentence); };
-    if (stored > 0) add(fillIn(strings.text(done), {eventCountText(strings, stored)}));
+    if (stored > 0 && done != 0) add(fillIn(strings.text(done), {eventCountText(strings, stored)}));
     if (cancelled > 0) add(fillIn(strings.text(IDS_DONE_CANCELLED), {eventCountText(strings, cancelled)}));
     if (failed > 0) add(failed == 1 ? strings.text(IDS_NOT_STORED_ONE) : counted(strings, IDS_NOT_STORED_MANY, failed));
     return text;

@@ -56,6 +56,9 @@ std::string countText(const StringTable& strings, const ListCounts& counts);
 // "1 disabled, 1 with problems"; empty when there are neither.
 std::string stateText(const StringTable& strings, const ListCounts& counts);
 
+// "30 selected: 28 available, 2 disabled"; `counts` are those of the selected Events alone.
+std::string selectionText(const StringTable& strings, const ListCounts& counts);
+
 // ---- Around the list
 
 // Empty while the link is there, or was left by a logoff.
@@ -69,7 +72,8 @@ std::string emptyListText(const StringTable& strings, const LinkStatus& link, co
 // "Delete 12 Events?" with the first five names and how many more.
 std::string deletionQuestion(const StringTable& strings, const std::vector<std::string>& names);
 
-// What became of a job: the text `done` with the number of Events that were stored, or how many were not.
+// What became of a job: the text `done` with the number of Events that were stored, and how many were not. With 0 for
+// `done` nothing is said of those that were.
 std::string outcomeText(const StringTable& strings, unsigned done, const std::vector<ChangeResult>& results);
 
 }  // namespace orvc

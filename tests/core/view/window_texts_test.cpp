@@ -16,6 +16,8 @@ struct WindowTextsTest : testing::Test {
                          {IDS_COUNT_EVENTS, "%s Events"},
                          {IDS_COUNT_SHOWN, "%s shown"},
                          {IDS_COUNT_SELECTED, "%s selected"},
+                         {IDS_COUNT_AVAILABLE, "%s available"},
+                         {IDS_DETAIL_SELECTED, "%s selected: %s"},
                          {IDS_COUNT_DISABLED, "%s disabled"},
                          {IDS_COUNT_PROBLEMS, "%s with problems"},
                          {IDS_DIGIT_GROUPS, ","},
@@ -42,6 +44,7 @@ TEST_F(WindowTextsTest, NumbersAreGroupedAndWhatSaysNothingIsLeftOut) {
     EXPECT_EQ(countText(strings, {20, 3, 2, 0, 0}), "20 Events, 3 shown, 2 selected");
     EXPECT_EQ(stateText(strings, {20, 20, 0, 0, 0}), "");
     EXPECT_EQ(stateText(strings, {20, 20, 0, 1, 3}), "1 disabled, 3 with problems");
+    EXPECT_EQ(selectionText(strings, {5, 5, 0, 2, 0}), "5 Events selected: 3 available, 2 disabled");
 }
 
 TEST_F(WindowTextsTest, TheLinkIsNamedAndItsLossIsTold) {

@@ -7,12 +7,16 @@ namespace {
 
 constexpr int kTitlePadding = 24;  // pixels at 96 DPI around a title
 
+std::span<const EventColumn> shownColumns() {
+    return eventColumns().first(kGivenColumnCount);
+}
+
 }  // namespace
 
 void EventListView::attach(HWND list) {
     list_.attach(list, table_, [this] { table_.model().selectOnly(list_.selectedRow()); });
     list_.addStyles(LVS_EX_SUBITEMIMAGES | LVS_EX_DOUBLEBUFFER);
-    for (const EventColumn& column : EventTable::columns())
+    for (const EventColumn& column : shownColumns())
         list_.addColumn(table_.strings().text(column.title));
 }
 
@@ -33,7 +37,7 @@ void EventListView::select(std::optional<std::size_t> row) {
 
 int EventListView::minimumWidth(int dpi) const {
     int width = 0;
-    for (const EventColumn& column : EventTable::columns()) {
+    for (const EventColumn& column : shownColumns()) {
         const int title = list_.textWidth(table_.strings().text(column.title));
         // The list must be so wide that every title fits its column's share.
         width = std::max(width, (title + MulDiv(kTitlePadding, dpi, USER_DEFAULT_SCREEN_DPI)) * 100 / column.share);
@@ -49,7 +53,7 @@ void EventListView::layOutColumns(int dpi) {
     const int width = client.right - (hasBar ? 0 : GetSystemMetrics(SM_CXVSCROLL));
     int rest = std::max(width, minimumWidth(dpi));
     const int whole = rest;
-    const auto columns = EventTable::columns();
+    const auto columns = shownColumns();
     for (std::size_t index = columns.size(); index-- > 0;) {
         // The first column takes what rounding leaves.
         const int share = index == 0 ? rest : whole * columns[index].share / 100;

@@ -5,6 +5,7 @@
 #include "resources/resource.h"
 #include "support/text.h"
 #include "win32/collation.h"
+#include "win32/folding.h"
 #include "win32/network.h"
 #include "win32/system_files.h"
 
@@ -21,7 +22,7 @@ LRESULT CALLBACK keyboardProcedure(int code, WPARAM wParam, LPARAM lParam) {
 MainWindow::MainWindow(const ConsoleParts& parts)
     : Dialog(parts.resources, IDD_MAIN),
       parts_(parts),
-      table_(parts.resources, parts.clock, win32::makeSortKey),
+      table_(parts.resources, parts.clock, win32::makeSortKey, win32::makeTextFolder()),
       list_(table_),
       events_(
           parts.clock, [this] { return list_.isUpToDate(); },
@@ -36,6 +37,7 @@ MainWindow::MainWindow(const ConsoleParts& parts)
                  [this] { return programVersion(); }}),
       pleaseWait_(parts.resources, IDS_WAIT_UPDATING) {
     table_.judgeBy(session_.directory(), [this] { return session_.isReady(); });
+    table_.nameSchedulesBy(session_.schedules());
 }
 
 MainWindow::~MainWindow() {

@@ -1,6 +1,6 @@
 // Ids of every dialog, menu and text, shared by the program and all language libraries.
 //
-// Ranges: dialogs and other resources below 1000 (strings 101 to 399 count apart from them), controls of dialog N from
+// Ranges: dialogs and other resources below 1000 (strings 101 to 399 and 700 to 749 count apart from them), controls of dialog N from
 // 1000 on in ranges of 20, commands from 32771 on. A language library that lacks one falls back to the program's own.
 #pragma once
 
@@ -386,7 +386,31 @@
 
 // Raised whenever an id, a control or a placeholder changes: a language library of another revision does not fit.
 #define IDS_RESOURCE_REVISION 399
-#define ORVC_RESOURCE_REVISION "3"
+#define ORVC_RESOURCE_REVISION "4"
+
+// Texts of the Event list beyond its first four columns
+#define IDS_COLUMN_TRIGGER 700
+#define IDS_COLUMN_SOURCE 701
+#define IDS_COLUMN_DELAY 702
+#define IDS_COLUMN_SCHEDULE 703
+#define IDS_COLUMN_DESTINATION 704
+#define IDS_COLUMN_CONTENT 705
+#define IDS_COLUMN_PROBLEM 706
+#define IDS_DELAY_NONE 710
+#define IDS_DELAY_SECOND 711
+#define IDS_DELAY_SECONDS 712
+#define IDS_DELAY_MINUTE 713
+#define IDS_DELAY_MINUTES 714
+#define IDS_TRIGGER_NOT_CHOSEN 715
+#define IDS_TRIGGER_UNKNOWN 716
+#define IDS_CONTENT_ON_SERVER 717
+// Words that stand before a colon in the filter, without blanks
+#define IDS_FILTER_SOURCE 720
+#define IDS_FILTER_DESTINATION 721
+#define IDS_FILTER_SCHEDULE 722
+#define IDS_FILTER_TRIGGER 723
+#define IDS_FILTER_RESPONSE 724
+#define IDS_FILTER_PROBLEM 725
 
 #define IDS_PERIOD_NO_END 240
 #define IDS_PERIOD_END_BEFORE_START 241

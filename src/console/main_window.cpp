@@ -7,6 +7,7 @@
 #include "resources/resource.h"
 #include "support/text.h"
 #include "win32/collation.h"
+#include "win32/folding.h"
 #include "win32/network.h"
 #include "win32/system_files.h"
 
@@ -23,7 +24,7 @@ LRESULT CALLBACK keyboardProcedure(int code, WPARAM wParam, LPARAM lParam) {
 MainWindow::MainWindow(const ConsoleParts& parts)
     : Dialog(parts.resources, IDD_MAIN),
       parts_(parts),
-      table_(parts.resources, parts.clock, win32::makeSortKey),
+      table_(parts.resources, parts.clock, win32::makeSortKey, win32::makeTextFolder()),
       list_(table_),
       events_(
           parts.clock, [this] { return list_.isUpToDate(); },
@@ -34,13 +35,15 @@ MainWindow::MainWindow(const ConsoleParts& parts)
           }),
       session_(*this, parts.link, events_.poster(), parts.log, parts.clock, parts.settings.values(), table_),
       eventCommands_(parts_, session_, table_, list_, [this](const std::string& text) { workbench_.tell(text); }),
-      workbench_({parts_, session_, table_, list_, eventCommands_}),
+      workbench_({parts_, session_, table_, list_, eventCommands_,
+                  [](const EventRecord& event) { return event.name.value_or(""); }}),
       help_(parts.resources, parts.log),
       tray_(parts.resources),
       commands_({parts_, session_, eventCommands_, workbench_, tray_, help_, library_, [this] { exitConsole(); },
                  [this] { return programVersion(); }}),
       pleaseWait_(parts.resources, IDS_WAIT_UPDATING) {
     table_.judgeBy(session_.directory(), [this] { return session_.isReady(); });
+    table_.nameSchedulesBy(session_.schedules());
 }
 
 MainWindow::~MainWindow() {

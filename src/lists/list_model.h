@@ -2,11 +2,11 @@
 #pragma once
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -14,27 +14,44 @@
 #include <utility>
 #include <vector>
 
+#include "lists/row_sort.h"
+
 namespace orvc {
 
 // Purpose: knows which record stands in which row. Knows no window, no control, no language.
 //
 // A row is named by the address of its record, which outlives the row; a selection by the record's key, so that it
-// survives when the records are freed and come again. Rows are ordered by a text that the caller makes of each record,
-// compared byte by byte; of equal texts the row that came last comes first.
+// survives when the records are freed and come again. The given order is that of a text that the caller makes of each
+// record, compared byte by byte; of equal texts the row that came last comes first. arrange() sets up any other order.
+//
+// Each row has a slot: a small number that stays with it until it goes. What a caller keeps for each row is found by
+// slot in an array, faster than by record. Slots of rows that went are given out again.
 //
 // Rows that come in bursts wait and find their places together, a few hundred at a time, at the latest when somebody
 // asks for a row: one at a time, each of a hundred thousand would move half of the others.
 //
 // Thread: user-interface thread. Cost: a look-up takes the logarithm of the rows; a row that comes or goes moves the
 // rows after it; a filter or an order looks at each row once.
-// Errors: insert(), reorder() and orderBy() throw std::bad_alloc and change nothing then. Nothing else needs memory but
-// the selection.
+// Errors: insert(), reorder(), arrange() and filterBy() throw std::bad_alloc and change nothing then. Nothing else
+// needs memory but the selection. A Filter and a Compare never throw.
 template <typename Record>
 class ListModel {
   public:
+    using Slot = std::uint32_t;
     using OrderKey = std::function<std::string(const Record&)>;
-    using Filter = std::function<bool(const Record&)>;
+    using Filter = std::function<bool(const Record&, Slot)>;
     using KeyOf = std::function<std::string_view(const Record&)>;
+
+    // What is known of a row's place: its slot, and the text that orders it in the given order.
+    struct Place {
+        Slot slot = 0;
+        std::string order;
+    };
+    // Below 0 when the first row comes before the second, above 0 when it comes after, 0 when the given order decides.
+    // The answer for two rows must stay the same until the next arrange(), whatever becomes of their records.
+    using Compare = std::function<int(const Place&, const Place&)>;
+    // Brings rows, which stand in the given order, into another one.
+    using Permute = std::function<void(std::vector<const Place*>&)>;
 
     // `orderKey` makes the text that orders a record; `keyOf` names a record for good, in a text that lives as long as
     // the record.
@@ -45,18 +62,21 @@ class ListModel {
     // Gives a record its row; nothing happens when it has one.
     void insert(const Record& record) {
         std::string order = orderKey_(record);
+        const std::string key(absent_.empty() ? std::string_view() : keyOf_(record));
         if (waiting_ == kMostWaiting) settle();
         // From here on only the node itself can lack memory.
         if (all_.size() == all_.capacity()) all_.reserve(2 * all_.size() + 1);
         if (filter_) shown_.reserve(all_.capacity());
+        freeSlots_.reserve(all_.capacity());  // so that erase() needs none
         const auto [place, isNew] = nodes_.try_emplace(&record);
         if (!isNew) return;
         Node& node = place->second;
         node.record = &record;
+        node.slot = takeSlot();
         node.order = std::move(order);
         node.serial = ++lastSerial_;
-        node.isShown = passes(record);
-        node.isSelected = node.isShown && !absent_.empty() && absent_.erase(std::string(keyOf_(record))) > 0;
+        node.isShown = passes(node);
+        node.isSelected = node.isShown && !absent_.empty() && absent_.erase(key) > 0;
         if (node.isSelected) ++selectedCount_;
         all_.push_back(&node);
         ++waiting_;
@@ -70,6 +90,7 @@ class ListModel {
         settle();
         take(found->second);
         if (found->second.isSelected) --selectedCount_;
+        freeSlots_.push_back(found->second.slot);
         nodes_.erase(found);
         changed();
     }
@@ -80,13 +101,13 @@ class ListModel {
         if (found == nodes_.end()) return;
         changed();
         if (!filter_) return;
-        const bool isShown = passes(record);
+        const bool isShown = passes(found->second);
         if (isShown == found->second.isShown) return;
         settle();
         setShown(found->second, isShown);
     }
 
-    // What orders the record has changed: its row goes to where it belongs now.
+    // What orders the record in the given order has changed: its row goes to where it belongs now.
     void reorder(const Record& record) {
         const auto found = nodes_.find(&record);
         if (found == nodes_.end()) return;
@@ -97,7 +118,7 @@ class ListModel {
         take(node);
         node.order = std::move(order);
         node.serial = ++lastSerial_;
-        node.isShown = passes(record);
+        node.isShown = passes(node);
         put(node);
         changed();
     }
@@ -109,30 +130,46 @@ class ListModel {
         nodes_.clear();
         all_.clear();
         shown_.clear();
+        freeSlots_.clear();
+        slotCount_ = 0;
         waiting_ = 0;
         selectedCount_ = 0;
         changed();
     }
 
     bool contains(const Record& record) const { return nodes_.contains(&record); }
+    // Nothing when the record has no row.
+    std::optional<Slot> slotOf(const Record& record) const {
+        const auto found = nodes_.find(&record);
+        return found != nodes_.end() ? std::optional(found->second.slot) : std::nullopt;
+    }
+    // Every slot is below this one, also that of the next row to come.
+    Slot slotEnd() const { return slotCount_ + 1; }
 
     // ---- Order and filter
 
-    // Sorts all rows by another text. Rows of equal texts keep their order.
-    void orderBy(OrderKey orderKey) {
+    // Sets up another order, or the given one when `compare` is empty. `permute` puts the rows into it all at once, and
+    // `compare` finds the place of a row that comes later, so both must mean the same order. When `permute` returns,
+    // the new order is in use. `renamed` are rows whose text in the given order is another one by now.
+    void arrange(Compare compare, const Permute& permute, std::span<const Record* const> renamed = {}) {
         settle();
-        std::vector<std::string> orders;
-        orders.reserve(all_.size());
-        for (const Node* node : all_)
-            orders.push_back(orderKey(*node->record));
-        for (std::size_t i = 0; i < all_.size(); ++i)
-            all_[i]->order.swap(orders[i]);
-        std::stable_sort(all_.begin(), all_.end(), [](const Node* a, const Node* b) { return a->order < b->order; });
-        // Later insertions find their places by order and serial: number the rows as they stand.
-        lastSerial_ = all_.size();
-        for (std::size_t i = 0; i < all_.size(); ++i)
-            all_[i]->serial = all_.size() - i;
-        orderKey_ = std::move(orderKey);
+        std::vector<Renewed> renewed = renew(renamed);
+        const auto swapOrders = [&] {
+            for (Renewed& each : renewed) {
+                each.node->order.swap(each.order);
+                std::swap(each.node->serial, each.serial);
+            }
+        };
+        swapOrders();
+        try {
+            Nodes sorted = inGivenOrder();
+            if (permute) sorted = permuted(sorted, permute);
+            std::ranges::copy(sorted, all_.begin());
+        } catch (...) {
+            swapOrders();
+            throw;
+        }
+        compare_ = std::move(compare);
         rebuildShown();
         changed();
     }
@@ -142,8 +179,13 @@ class ListModel {
         settle();
         shown_.reserve(all_.capacity());
         filter_ = std::move(filter);
+        filterAnew();
+    }
+    // What the filter says may be something else for any row.
+    void filterAnew() {
+        settle();
         for (Node* node : all_) {
-            node->isShown = passes(*node->record);
+            node->isShown = passes(*node);
             if (!node->isShown) deselect(*node);
         }
         rebuildShown();
@@ -192,6 +234,23 @@ class ListModel {
         node.isSelected = selected;
         selectedCount_ += selected ? 1 : static_cast<std::size_t>(-1);
     }
+    // The same for `count` rows from `first` on.
+    void setSelected(std::size_t first, std::size_t count, bool selected) {
+        for (std::size_t row = first; row < first + count; ++row)
+            setSelected(row, selected);
+    }
+    // Every row that is shown.
+    void selectAll() { setSelected(0, size(), true); }
+    // In the order of the rows. Valid until the next change.
+    std::vector<const Record*> selectedRecords() const {
+        std::vector<const Record*> records;
+        if (selectedCount_ == 0) return records;
+        settle();
+        records.reserve(selectedCount_);
+        for (const Node* node : rows())
+            if (node->isSelected) records.push_back(node->record);
+        return records;
+    }
     // Selects that row alone, or none.
     void selectOnly(std::optional<std::size_t> row) {
         absent_.clear();
@@ -212,26 +271,35 @@ class ListModel {
   private:
     static constexpr std::size_t kMostWaiting = 256;
 
-    struct Node {
+    struct Node : Place {
         const Record* record = nullptr;
-        std::string order;
         std::uint64_t serial = 0;  // of equal orders the higher one comes first
         bool isShown = true;
         bool isSelected = false;
     };
     using Nodes = std::vector<Node*>;
 
-    static bool comesBefore(const Node* a, const Node* b) {
-        const int compared = a->order.compare(b->order);
+    bool comesBefore(const Node* a, const Node* b) const {
+        int compared = compare_ ? compare_(*a, *b) : 0;
+        if (compared == 0) compared = a->order.compare(b->order);
         return compared != 0 ? compared < 0 : a->serial > b->serial;
     }
-    template <typename NodesOrConst>
-    static auto placeOf(NodesOrConst& nodes, const Node& node) {
-        return std::lower_bound(nodes.begin(), nodes.end(), &node, comesBefore);
+    auto order() const {
+        return [this](const Node* a, const Node* b) { return comesBefore(a, b); };
+    }
+    auto placeOf(Nodes& nodes, const Node& node) const {
+        return std::lower_bound(nodes.begin(), nodes.end(), &node, order());
     }
 
     Nodes& rows() const { return filter_ ? shown_ : all_; }
-    bool passes(const Record& record) const { return !filter_ || filter_(record); }
+    bool passes(const Node& node) const { return !filter_ || filter_(*node.record, node.slot); }
+
+    Slot takeSlot() {
+        if (freeSlots_.empty()) return slotCount_++;
+        const Slot slot = freeSlots_.back();
+        freeSlots_.pop_back();
+        return slot;
+    }
 
     void changed() {
         ++revision_;
@@ -266,37 +334,60 @@ class ListModel {
             std::ranges::copy_if(all_, std::back_inserter(shown_), [](const Node* node) { return node->isShown; });
     }
 
+    // A row whose text in the given order is another one now, and counts as the last that came.
+    struct Renewed {
+        Node* node;
+        std::string order;
+        std::uint64_t serial;
+    };
+    std::vector<Renewed> renew(std::span<const Record* const> renamed) {
+        std::vector<Renewed> renewed;
+        renewed.reserve(renamed.size());
+        for (const Record* record : renamed) {
+            const auto found = nodes_.find(record);
+            if (found == nodes_.end()) continue;
+            std::string order = orderKey_(*record);
+            if (order != found->second.order) renewed.push_back({&found->second, std::move(order), ++lastSerial_});
+        }
+        return renewed;
+    }
+    Nodes inGivenOrder() const {
+        Nodes nodes = all_;
+        sortByText(
+            nodes, [](const Node* node) -> const std::string& { return node->order; },
+            [](const Node* a, const Node* b) { return a->serial > b->serial; });
+        return nodes;
+    }
+    static Nodes permuted(const Nodes& nodes, const Permute& permute) {
+        Nodes sorted(nodes.size());
+        std::vector<const Place*> places(nodes.begin(), nodes.end());
+        permute(places);
+        std::ranges::transform(places, sorted.begin(),
+                               [](const Place* place) { return static_cast<Node*>(const_cast<Place*>(place)); });
+        return sorted;
+    }
+
     void settle() const {
         if (waiting_ != 0) settleWaiting();
     }
     // Cannot fail for lack of memory.
     void settleWaiting() const {
-        std::array<Node*, kMostWaiting> came;
-        const auto settled = static_cast<std::ptrdiff_t>(all_.size() - waiting_);
-        const auto cameEnd = std::copy(all_.begin() + settled, all_.end(), came.begin());
-        std::sort(came.begin(), cameEnd, comesBefore);
-        // From the last one on: all rows between two of them move up together.
-        auto end = all_.begin() + settled;
-        auto to = all_.end();
-        for (auto node = cameEnd; node != came.begin();) {
-            --node;
-            const auto place = std::lower_bound(all_.begin(), end, *node, comesBefore);
-            to = std::move_backward(place, end, to);
-            *--to = *node;
-            end = place;
-        }
+        mergeTail<kMostWaiting>(all_, waiting_, order());
         waiting_ = 0;
         if (filter_) rebuildShown();
     }
 
     OrderKey orderKey_;
     KeyOf keyOf_;
+    Compare compare_;  // empty: the given order
     Filter filter_;
     std::function<void()> observer_;
     std::unordered_map<const Record*, Node> nodes_;
     mutable Nodes all_;    // in order, but for the last `waiting_`
     mutable Nodes shown_;  // in order; used only with a filter
     mutable std::size_t waiting_ = 0;
+    std::vector<Slot> freeSlots_;
+    Slot slotCount_ = 0;
     std::unordered_set<std::string> absent_;  // keys of selected records that are not there
     std::size_t selectedCount_ = 0;
     std::uint64_t lastSerial_ = 0;

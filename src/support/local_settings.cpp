@@ -35,6 +35,9 @@ constexpr Row kRows[] = {
     {"settings", "UserName", &LocalSettings::userName},
     {"settings", "UserPassword", &LocalSettings::userPassword},
     {"settings", "AdapterName", &LocalSettings::adapterName},
+    {"settings", "ListColumns", &LocalSettings::listColumns},
+    {"settings", "ListSort", &LocalSettings::listSort},
+    {"settings", "ListDetail", &LocalSettings::listDetail},
 };
 
 }  // namespace

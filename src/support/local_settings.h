@@ -37,6 +37,9 @@ struct LocalSettings {
     std::string userName;
     std::string userPassword;  // as typed
     std::string adapterName;
+    std::string listColumns;  // of the Event list; what these three hold is the list's own matter
+    std::string listSort;
+    std::int32_t listDetail = 1;
     std::string consoleInstallPath;  // of the start mode in use: see StartMode
     std::string standaloneInstallPath;
 

@@ -3,8 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <list>
+#include <new>
 #include <random>
+#include <set>
 
 namespace orvc {
 namespace {
@@ -17,6 +20,9 @@ struct Item {
 
 class ListModelTest : public testing::Test {
   protected:
+    using Slot = ListModel<Item>::Slot;
+    using Place = ListModel<Item>::Place;
+
     const Item& add(const std::string& name, int size = 0) {
         items_.push_back({name, name, size});
         model_.insert(items_.back());
@@ -64,22 +70,79 @@ TEST_F(ListModelTest, RowsComeChangeMoveAndGo) {
     EXPECT_EQ(model_.rowOf(item("c")), std::nullopt);
 }
 
-TEST_F(ListModelTest, AnotherOrderKeepsEqualRowsAsTheyStood) {
+TEST_F(ListModelTest, AnotherOrderPlacesRowsThatComeLaterAndMovesNoneThatChange) {
     add("a", 2), add("b", 1), add("c", 2), add("d", 1);
-    const auto bySize = [](const Item& item) { return std::to_string(item.size); };
-    model_.orderBy(bySize);
-    EXPECT_EQ(rows(), "b d a c");
-    add("e", 1);
-    EXPECT_EQ(rows(), "e b d a c");
-    item("b").size = 3;
+    // The greatest first; by what the rows held when they were arranged or came.
+    std::vector<int> sizes;
+    const auto sizeOf = [&](const Place* place) { return sizes[place->slot]; };
+    const auto remember = [&] {
+        sizes.resize(model_.slotEnd());
+        for (const Item& each : items_)
+            if (const auto slot = model_.slotOf(each)) sizes[*slot] = each.size;
+    };
+    const auto arrange = [&](std::vector<const Item*> renamed = {}) {
+        model_.arrange([&](const Place& a, const Place& b) { return sizes[b.slot] - sizes[a.slot]; },
+                       [&](std::vector<const Place*>& rows) {
+                           remember();
+                           std::ranges::stable_sort(rows, std::greater<>(), sizeOf);
+                       },
+                       renamed);
+    };
+    arrange();
+    EXPECT_EQ(rows(), "a c b d");
+    add("bb", 2), add("e", 3), add("0", 0);
+    remember();
+    EXPECT_EQ(rows(), "e a bb c b d 0");
+    item("b").size = 9;
+    item("d").name = "A";
+    model_.update(item("b"));
+    model_.filterBy([](const Item& item, Slot) { return item.name != "a"; });
+    EXPECT_EQ(rows(), "e bb c b A 0");
+    model_.erase(item("c"));
+    arrange({&item("d")});
+    EXPECT_EQ(rows(), "b e bb A 0") << "a renamed row is placed by its new name";
+    add("dd", 1);
+    remember();
+    EXPECT_EQ(rows(), "b e bb A dd 0");
+    model_.arrange(nullptr, nullptr);
+    add("aa");
+    EXPECT_EQ(rows(), "0 A aa b bb dd e");
+}
+
+TEST_F(ListModelTest, AnOrderThatFailsLeavesTheOneBefore) {
+    addAll({"c", "a", "b"});
+    item("a").name = "z";
+    EXPECT_THROW(model_.arrange([](const Place&, const Place&) { return 1; },
+                                [](std::vector<const Place*>&) { throw std::bad_alloc(); }, std::array{&item("a")}),
+                 std::bad_alloc);
+    add("aa");
+    EXPECT_EQ(rows(), "z aa b c");
+    model_.erase(item("a"));
+    EXPECT_EQ(rows(), "aa b c");
+}
+
+TEST_F(ListModelTest, SlotsStayWithTheirRowsAndAreGivenOutAgain) {
+    addAll({"c", "a", "b"});
+    std::set<Slot> slots;
+    for (const Item& each : items_)
+        EXPECT_TRUE(slots.insert(*model_.slotOf(each)).second && *slots.rbegin() < model_.slotEnd());
+    const Slot freed = *model_.slotOf(item("a"));
+    const Slot kept = *model_.slotOf(item("b"));
+    model_.erase(item("a"));
+    EXPECT_EQ(model_.slotOf(item("a")), std::nullopt);
+    EXPECT_EQ(model_.slotOf(add("d")), freed);
+    item("b").name = "e";
     model_.reorder(item("b"));
-    EXPECT_EQ(rows(), "e d a c b");
+    EXPECT_EQ(model_.slotOf(item("b")), kept);
+    EXPECT_EQ(model_.slotEnd(), 4u);
+    model_.clear();
+    EXPECT_EQ(model_.slotEnd(), 1u);
 }
 
 TEST_F(ListModelTest, AFilterHidesAndDeselects) {
     addAll({"ab", "b", "bc", "c"});
     select({0, 3});
-    model_.filterBy([](const Item& item) { return item.name.find('b') != std::string::npos; });
+    model_.filterBy([](const Item& item, Slot) { return item.name.find('b') != std::string::npos; });
     EXPECT_EQ(rows(), "[ab] b bc");
     EXPECT_EQ(model_.total(), 4u);
     EXPECT_EQ(model_.rowOf(item("c")), std::nullopt);
@@ -115,6 +178,37 @@ TEST_F(ListModelTest, TheSelectionIsKeptByKeyWhenAllRowsGoAndComeAgain) {
     EXPECT_EQ(model_.firstSelected(), std::nullopt);
 }
 
+TEST_F(ListModelTest, ManyRowsAreSelectedAtOnce) {
+    addAll({"e", "d", "c", "b", "a"});
+    const auto selected = [&] {
+        std::string names;
+        for (const Item* each : model_.selectedRecords())
+            names += each->name;
+        EXPECT_EQ(names.size(), model_.selectedCount());
+        return names;
+    };
+    EXPECT_EQ(selected(), "");
+    model_.setSelected(1, 3, true);
+    model_.setSelected(2, 1, false);
+    EXPECT_EQ(selected(), "bd") << "in the order of the rows";
+    model_.filterBy([](const Item& item, Slot) { return item.name < "d"; });
+    model_.selectAll();
+    model_.filterBy(nullptr);
+    EXPECT_EQ(selected(), "abc") << "what the filter hid was not selected";
+    model_.selectOnly(std::nullopt);
+    EXPECT_EQ(selected(), "");
+}
+
+TEST_F(ListModelTest, AFilterThatJudgesOtherwiseIsAskedAgain) {
+    addAll({"a", "b", "c"});
+    std::string hidden = "a";
+    model_.filterBy([&](const Item& item, Slot) { return item.name != hidden; });
+    select({0, 1});
+    hidden = "c";
+    model_.filterAnew();
+    EXPECT_EQ(rows(), "a [b]");
+}
+
 TEST_F(ListModelTest, EveryChangeIsTold) {
     int told = 0;
     model_.observe([&] { ++told; });
@@ -145,7 +239,7 @@ TEST_F(ListModelTest, ManyRandomStepsLeaveWhatOneWouldExpect) {
     };
     const auto isShown = [](const Item& item) { return item.name.back() != '3'; };
     for (int step = 0; step < 6'000; ++step) {
-        if (step == 3'000) model_.filterBy(isShown);
+        if (step == 3'000) model_.filterBy([&](const Item& item, Slot) { return isShown(item); });
         if (expected.size() < 100 || below(3) > 0) {
             items_.push_back({std::to_string(step), std::to_string(below(50)), 0});
             model_.insert(items_.back());

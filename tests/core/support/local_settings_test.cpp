@@ -29,13 +29,13 @@ struct FakeStore final : SettingsStore {
 };
 
 TEST(LocalSettingsTest, AreWrittenInOrderAndARefusedOneDoesNotKeepBackTheRest) {
-    for (std::size_t refused = 0; refused <= 10; ++refused) {
+    for (std::size_t refused = 0; refused <= 13; ++refused) {
         FakeStore store;
         store.refused = refused;
         EXPECT_EQ(saveSettings(store, LocalSettings(), StartMode::kConsole), refused == 0);
-        EXPECT_THAT(store.written,
-                    ElementsAre("startWidth", "startHeight", "hideMinimized", "pathConsoleInstall", "IPAddress",
-                                "IPPort", "recordEvents", "UserName", "UserPassword", "AdapterName"));
+        EXPECT_THAT(store.written, ElementsAre("startWidth", "startHeight", "hideMinimized", "pathConsoleInstall",
+                                               "IPAddress", "IPPort", "recordEvents", "UserName", "UserPassword",
+                                               "AdapterName", "ListColumns", "ListSort", "ListDetail"));
     }
     FakeStore store;
     saveSettings(store, LocalSettings(), StartMode::kStandalone);

@@ -1,0 +1,71 @@
+// In which order the Events are listed.
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <vector>
+
+#include "lists/event_columns.h"
+#include "lists/event_texts.h"
+#include "lists/list_model.h"
+
+namespace orvc {
+
+struct EventSortKey {
+    EventColumnId column = EventColumnId::kName;
+    bool descending = false;
+
+    friend bool operator==(const EventSortKey&, const EventSortKey&) = default;
+};
+
+// Purpose: sorts a list of Events by its columns, and remembers what each row held when it found its place: rows stay
+// where they are when their Events change.
+// Thread: user-interface thread. Lifetime: `model` and `texts` outlive it.
+class EventOrder {
+  public:
+    using Model = ListModel<EventRecord>;
+    using Slot = Model::Slot;
+
+    EventOrder(Model& model, EventTexts& texts) : model_(model), texts_(texts) {}
+
+    // The columns, the last one chosen first; none is the given order, by name. Rows that are the same in all of them
+    // stand in the given order.
+    std::span<const EventSortKey> keys() const { return keys_; }
+    bool isGiven() const { return keys_.empty(); }
+
+    // Sorts by a column before all others. The name, ascending, is the given order. Throws std::bad_alloc and changes
+    // nothing then.
+    void sortBy(const EventSortKey& key);
+    // Sorts by what the Events hold now. Throws std::bad_alloc and changes nothing then.
+    void sortAnew();
+
+    // ---- Rows come and go
+
+    // To be called before a row gets its slot. Throws std::bad_alloc.
+    void makeRoom();
+    // Remembers what the row holds. Throws std::bad_alloc; the row then counts as one that holds nothing.
+    void came(Slot slot);
+    void gone(Slot slot);
+    void clear() { placed_.clear(); }
+
+    // What all rows held when they found their places, by slot.
+    std::span<EventValues> placed() { return placed_; }
+
+  private:
+    using Place = Model::Place;
+    using Places = std::vector<const Place*>;
+    using Ranks = std::vector<std::uint32_t>;
+
+    void arrange(std::vector<EventSortKey> keys);
+    void permute(Places& rows, std::vector<EventSortKey>& keys);
+    Ranks rankTexts(std::size_t column, const std::vector<EventValues>& values, const Places& rows);
+    int compare(const Place& a, const Place& b) const;
+    int compareBy(EventColumnId column, const Place& a, const Place& b) const;
+
+    Model& model_;
+    EventTexts& texts_;
+    std::vector<EventSortKey> keys_;
+    std::vector<EventValues> placed_;  // by slot; empty in the given order
+};
+
+}  // namespace orvc

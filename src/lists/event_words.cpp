@@ -1,0 +1,28 @@
+#include "lists/event_words.h"
+
+#include "resources/resource.h"
+#include "support/text.h"
+
+namespace orvc {
+
+std::string timeOfDayText(std::uint32_t quarter, const StringTable& strings) {
+    constexpr std::uint32_t kNoon = kQuarterHoursPerDay / 2;
+    if (quarter == 0) return strings.text(IDS_MIDNIGHT);
+    if (quarter == kNoon) return strings.text(IDS_NOON);
+    const auto hour = static_cast<long>(quarter / 4 % 12);
+    const auto minute = static_cast<long>(quarter % 4 * 15);
+    return fillIn(strings.text(quarter < kNoon ? IDS_TIME_AM : IDS_TIME_PM), {hour == 0 ? 12 : hour, minute});
+}
+
+std::string delayText(std::uint32_t seconds, const StringTable& strings) {
+    constexpr std::uint32_t kSecondsPerMinute = 60;
+    if (seconds == 0) return strings.text(IDS_DELAY_NONE);
+    const bool isMinutes = seconds % kSecondsPerMinute == 0;
+    const std::uint32_t count = isMinutes ? seconds / kSecondsPerMinute : seconds;
+    const unsigned one = isMinutes ? IDS_DELAY_MINUTE : IDS_DELAY_SECOND;
+    const unsigned several = isMinutes ? IDS_DELAY_MINUTES : IDS_DELAY_SECONDS;
+    // As a text: the number may be too large for a long.
+    return fillIn(strings.text(count == 1 ? one : several), {std::to_string(count)});
+}
+
+}  // namespace orvc

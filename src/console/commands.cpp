@@ -39,7 +39,7 @@ std::span<const Commands::Command> Commands::all() {
     constexpr When anytime = When::kAlways;
     constexpr When notTyping = When::kNotWhileTyping;
     // clang-format off
-    static const std::array<Command, 29> table{{
+    static const std::array<Command, 30> table{{
         // id                     shortcut     why not         does
         {IDM_LOGOFF,              none,        always,         [](C& c) { c.s_.session.logoff(); }},
         {IDM_EXIT,                none,        always,         [](C& c) { c.s_.exit(); }, anytime},
@@ -146,7 +146,7 @@ void Commands::updateMenu() const {
 }
 
 bool Commands::translate(MSG& message) const {
-    if (accelerators_ == nullptr || message.message < WM_KEYFIRST || message.message > WM_KEYLAST) return false;
+    if (!accelerators_ || message.message < WM_KEYFIRST || message.message > WM_KEYLAST) return false;
     if (s_.workbench.isTyping() && message.message == WM_KEYDOWN) {
         const bool isCtrlDown = GetKeyState(VK_CONTROL) < 0;
         for (const Command& command : all())

@@ -158,8 +158,15 @@ void Workbench::showTexts() {
     std::string last = told_;
     if (const auto progress = s_.events.progress())
         last = fillIn(texts.text(IDS_PROGRESS), {numberText(texts, progress->done), numberText(texts, progress->all)});
-    status_.show({linkText(texts, link), countText(texts, now), stateText(texts, now),
-                  s_.parts.log.isRecording() ? texts.text(IDS_RECORDING) : std::string(), last});
+    std::vector<std::string> parts{linkText(texts, link), countText(texts, now)};
+    statePart_.reset();
+    if (const std::string states = stateText(texts, now); !states.empty()) {
+        statePart_ = parts.size();
+        parts.push_back(states);
+    }
+    if (s_.parts.log.isRecording()) parts.push_back(texts.text(IDS_RECORDING));
+    parts.push_back(last);
+    status_.show(parts);
 }
 
 void Workbench::tell(const std::string& sentence) {
@@ -367,8 +374,7 @@ bool Workbench::onCommand(unsigned id, unsigned notification) {
 
 std::optional<LRESULT> Workbench::onNotify(NMHDR& header) {
     if (const auto part = status_.clickedPart(header)) {
-        constexpr std::size_t kStatePart = 2;
-        if (*part == kStatePart && counts().withProblems > 0) show(EventState::kWithProblems);
+        if (part == statePart_ && counts().withProblems > 0) show(EventState::kWithProblems);
         return 0;
     }
     if (header.idFrom != IDC_EVENT_LIST) return std::nullopt;

@@ -111,6 +111,7 @@ class Workbench {
     std::string detail_;
     std::string told_;
     std::string emptyText_;
+    std::optional<std::size_t> statePart_;  // of the status bar: how many are disabled and have problems
     bool isFiltering_ = false;  // the controls are changed by us, not by the operator
 };
 

@@ -7,10 +7,9 @@
 namespace orvc::ui {
 namespace {
 
-constexpr int kPadding = 14;   // pixels around a part's text
-constexpr int kInset = 2;      // between the edge of a part and what stands in it
-constexpr int kSteps = 1000;   // of the progress bar
-constexpr int kNarrowest = 6;  // width of a part without a text
+constexpr int kPadding = 14;  // pixels around a part's text
+constexpr int kInset = 2;     // between the edge of a part and what stands in it
+constexpr int kSteps = 1000;  // of the progress bar
 
 }  // namespace
 
@@ -33,7 +32,6 @@ void StatusBar::layOut() {
 }
 
 int StatusBar::textWidth(const std::string& text) const {
-    if (text.empty()) return kNarrowest;
     const HDC context = GetDC(bar_);
     const HGDIOBJ before = SelectObject(context, reinterpret_cast<HFONT>(SendMessageA(bar_, WM_GETFONT, 0, 0)));
     SIZE size{};

@@ -7,12 +7,10 @@
 #include <vector>
 
 #include "dialogs/about_dialog.h"
-#include "dialogs/configure_schedules_dialog.h"
 #include "dialogs/preferences_dialog.h"
 #include "resources/resource.h"
 #include "support/text.h"
 #include "ui/dialog.h"
-#include "win32/collation.h"
 
 namespace orvc {
 
@@ -64,7 +62,7 @@ std::span<const Commands::Command> Commands::all() {
         {IDM_CREATE_EVENT,        insert,      editable,       [](C& c) { c.s_.events.create(); }, notTyping},
         {IDM_MODIFY_EVENT,        none,        selected,       [](C& c) { c.s_.events.modify(); }},
         {IDM_DELETE_EVENT,        del,         selected,       [](C& c) { c.s_.events.erase(); }, notTyping},
-        {IDM_SCHEDULES,           none,        editable,       [](C& c) { c.editSchedules(); }},
+        {IDM_SCHEDULES,           none,        editable,       [](C& c) { c.s_.events.editSchedules(); }},
         {IDM_RECORD_EVENTS,       none,        always,         [](C& c) { c.recordEvents(); }, anytime},
         {IDM_CLEAR_FILE,          none,        always,         [](C& c) { c.clearFile(); }},
         {IDM_OPEN_SUPPORT_FOLDER, none,        always,         [](C& c) { c.openSupportFolder(); }},
@@ -213,13 +211,6 @@ void Commands::editPreferences() {
 
 void Commands::applyTraySetting() {
     s_.tray.apply(s_.parts.settings.values().hideMinimized != 0);
-}
-
-void Commands::editSchedules() {
-    Session& session = s_.session;
-    CConfigureSchedulesDlg(s_.parts.resources, session.schedules(), win32::makeSortKey, [this](Change change) {
-        s_.events.store(std::move(change));
-    }).runModal(window_);
 }
 
 }  // namespace orvc

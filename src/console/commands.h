@@ -85,7 +85,6 @@ class Commands {
     void addShortcuts(HMENU menu) const;
 
     void editPreferences();
-    void editSchedules();
     void clearFile();
     void openSupportFolder();
     void showAbout();

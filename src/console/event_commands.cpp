@@ -48,7 +48,7 @@ void EventCommands::runEditor(const EventRecord* event) {
     CSetupEventDlg editor(
         {parts_.resources, parts_.link, session_.directory(), session_.schedules(), session_.fileReader(), parts_.log,
          parts_.clock, win32::makeSortKey, [this] { return session_.isConnected(); },
-         [this](Change change) { store(std::move(change)); }},
+         [this](Change change) { store(std::move(change)); }, scheduleCommands()},
         event);
     if (editor.run(window_)) select(editor.key());
 }
@@ -130,6 +130,41 @@ EventRecords EventCommands::findAgain(const std::vector<std::string>& keys) {
     for (const std::string& key : keys)
         if (const EventRecord* const record = session_.events().findAny(key)) records.push_back(record);
     return records;
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Schedules
+
+void EventCommands::editSchedules() {
+    CConfigureSchedulesDlg(parts_.resources, session_.schedules(), win32::makeSortKey, scheduleCommands())
+        .runModal(window_);
+}
+
+ScheduleCommands EventCommands::scheduleCommands() {
+    const EventIndex& index = session_.checker().index();
+    return {[this](Change change) { store(std::move(change)); },
+            [&index](const std::string& key) {
+                std::vector<std::string> names;
+                for (const EventRecord* const record : index.usersOfSchedule(key))
+                    names.push_back(record->name.value_or(""));
+                std::ranges::sort(names, {}, [](const std::string& name) { return win32::makeSortKey(name); });
+                return names;
+            },
+            [&index](const std::string& key) { return index.countUsersOfSchedule(key); },
+            [this](const ScheduleRecord& record, const std::string& otherKey) { deleteSchedule(record, otherKey); }};
+}
+
+void EventCommands::deleteSchedule(const ScheduleRecord& record, const std::string& otherKey) {
+    if (!session_.isConnected()) return tell_(parts_.resources.text(IDS_WHY_NOT_CONNECTED));
+    std::vector<Change> assign =
+        changesToAssignSchedule(session_.checker().index().usersOfSchedule(record.key.value_or("")), otherKey);
+    if (assign.empty()) return store(ScheduleChange{record, std::nullopt});
+    ticket_ = session_.apply(std::move(assign), [this, record](const std::vector<ChangeResult>& results) {
+        tell_(outcomeText(parts_.resources, IDS_DONE_ASSIGNED, results));
+        const bool allHaveIt = std::ranges::all_of(
+            results, [](Outcome outcome) { return outcome == Outcome::kStored; }, &ChangeResult::outcome);
+        if (allHaveIt) store(ScheduleChange{record, std::nullopt});
+    });
 }
 
 // ---------------------------------------------------------------------------------------------------------------------

@@ -10,6 +10,7 @@
 
 #include "console/console_parts.h"
 #include "console/event_list_view.h"
+#include "dialogs/configure_schedules_dialog.h"
 #include "session/bulk_changes.h"
 #include "session/event_copier.h"
 #include "session/session.h"
@@ -33,6 +34,9 @@ class EventCommands {
     void erase();
     void duplicate();
     void setDisabled(bool disabled);
+    // The dialog of the Schedules, and what it asks for.
+    void editSchedules();
+    ScheduleCommands scheduleCommands();
     // Asks for the Schedule.
     void assignSchedule();
     // The shown columns of the selected rows go to the clipboard, one Event a line, between tabs.
@@ -58,6 +62,7 @@ class EventCommands {
     void eraseOne(const EventRecord& event);
     void eraseMany(const EventRecords& events);
     EventRecords findAgain(const std::vector<std::string>& keys);
+    void deleteSchedule(const ScheduleRecord& record, const std::string& otherKey);
     bool isNameTaken(const std::string& name) const;
     void select(const std::string& key);
 

@@ -112,7 +112,7 @@ class Workbench {
     std::string told_;
     std::string emptyText_;
     std::optional<std::size_t> statePart_;  // of the status bar: how many are disabled and have problems
-    bool isFiltering_ = false;  // the controls are changed by us, not by the operator
+    bool isFiltering_ = false;              // the controls are changed by us, not by the operator
 };
 
 }  // namespace orvc

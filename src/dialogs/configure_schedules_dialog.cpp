@@ -4,8 +4,11 @@
 #include <array>
 #include <utility>
 
+#include "dialogs/assign_schedule_dialog.h"
 #include "dialogs/edit_schedule_dialog.h"
 #include "model/guid.h"
+#include "support/text.h"
+#include "view/window_texts.h"
 #include "win32/new_guid.h"
 
 namespace orvc {
@@ -23,19 +26,23 @@ constexpr std::array<Column, ScheduleTable::kColumnCount> kColumns{{
     {IDS_COLUMN_SCHEDULE_NAME, 200, {}},
     {IDS_COLUMN_DAYS, 70, {IDS_EVERY_DAY, IDS_NO_DAYS}},
     {IDS_COLUMN_TIMES, 70, {IDS_ALL_DAY, IDS_VARIABLE_TIMES}},
+    {IDS_COLUMN_USERS, 50, {IDS_COLUMN_USERS, 0}},
 }};
 constexpr int kCellPadding = 14;  // pixels at 96 DPI around a cell's text
 
-constexpr unsigned kRightOfList[] = {IDC_SCHEDULE_NEW, IDC_SCHEDULE_MODIFY, IDC_SCHEDULE_DELETE, IDOK};
+constexpr unsigned kRightOfList[] = {IDC_SCHEDULE_NEW,         IDC_SCHEDULE_MODIFY,      IDC_SCHEDULE_DELETE,
+                                     IDC_SCHEDULE_DELETE_NOTE, IDC_SCHEDULE_DELETE_REAL, IDOK};
+constexpr unsigned kBelowList[] = {IDC_SCHEDULE_USERS_LABEL, IDC_SCHEDULE_USERS};
+constexpr int kTicksPerCount = 4;  // Events change without a word here: who uses what is asked once a second
 
 }  // namespace
 
 CConfigureSchedulesDlg::CConfigureSchedulesDlg(const ui::Resources& resources, ScheduleList& schedules,
-                                               SortKeyMaker makeSortKey, std::function<void(Change)> apply)
+                                               SortKeyMaker makeSortKey, ScheduleCommands commands)
     : Dialog(resources, IDD_CONFIGURE_SCHEDULES),
       schedules_(schedules),
-      apply_(std::move(apply)),
-      rows_(this->resources(), std::move(makeSortKey)) {}
+      commands_(std::move(commands)),
+      rows_(this->resources(), std::move(makeSortKey), commands_.countUsers) {}
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Opening
@@ -91,6 +98,8 @@ void CConfigureSchedulesDlg::fitToColumns() {
                      SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
     };
     widen(list_.window());
+    for (const unsigned id : kBelowList)
+        widen(control(id));
     widen(window());
     for (const unsigned id : kRightOfList) {
         RECT area{};
@@ -115,6 +124,9 @@ bool CConfigureSchedulesDlg::onCommand(unsigned id, unsigned notification) {
         case IDC_SCHEDULE_DELETE:
             deleteRow();
             return true;
+        case IDC_SCHEDULE_DELETE_REAL:
+            deleteOnServer();
+            return true;
         default:
             return Dialog::onCommand(id, notification);
     }
@@ -137,7 +149,7 @@ std::optional<LRESULT> CConfigureSchedulesDlg::onNotify(NMHDR& header) {
 
 bool CConfigureSchedulesDlg::onTimer(std::uintptr_t timer) {
     if (timer != kRefreshTimer) return false;
-    if (schedules_.takeUpdates()) refresh();
+    if (schedules_.takeUpdates() || ++ticks_ % kTicksPerCount == 0) refresh();
     return true;
 }
 
@@ -174,7 +186,7 @@ bool CConfigureSchedulesDlg::edit(ScheduleEdit& edit) {
         edit.cancel(schedules_);
         return false;
     }
-    apply_(edit.change(schedules_));
+    commands_.apply(edit.change(schedules_));
     refresh();
     if (const auto row = rows_.selectedRow()) list_.scrollTo(*row);
     return true;
@@ -183,6 +195,40 @@ bool CConfigureSchedulesDlg::edit(ScheduleEdit& edit) {
 void CConfigureSchedulesDlg::deleteRow() {
     rows_.removeSelected();
     showRows();
+}
+
+// A Schedule in use is deleted only after its Events got another one.
+void CConfigureSchedulesDlg::deleteOnServer() {
+    const auto id = rows_.selectedId();
+    const ScheduleRecord* const selected = id ? schedules_.findById(*id) : nullptr;
+    if (selected == nullptr) return;
+    const ScheduleRecord record = *selected;
+    const std::size_t users = commands_.countUsers(*record.key);
+    std::string otherKey;
+    if (users > 0) {
+        AssignScheduleDialog dialog(
+            resources(), schedules_,
+            fillIn(resources().text(IDS_SERVER_DELETE_IN_USE), {eventCountText(resources(), users)}), *record.key);
+        if (!dialog.run(window())) return;
+        otherKey = dialog.key();
+    } else if (!ui::askYesNo(window(), fillIn(resources().text(IDS_DELETE_SCHEDULE), {record.name.value_or("")}),
+                             resources().text(IDS_DELETE_SCHEDULE_CAPTION))) {
+        return;
+    }
+    commands_.deleteOnServer(record, otherKey);
+    refresh();
+}
+
+void CConfigureSchedulesDlg::showUsers() {
+    // Of the built-in Schedule too, which can be highlighted.
+    const auto row = list_.selectedRow();
+    std::string names;
+    if (row && *row < rows_.size())
+        for (const std::string& name : commands_.userNames(rows_.at(*row).key))
+            names.append(names.empty() ? "" : "\r\n").append(name);
+    if (names == shownUsers_) return;
+    shownUsers_ = names;
+    showText(IDC_SCHEDULE_USERS, names);
 }
 
 void CConfigureSchedulesDlg::select(int row) {
@@ -208,7 +254,8 @@ void CConfigureSchedulesDlg::showRows() {
 
 void CConfigureSchedulesDlg::enableButtons() {
     const bool enabled = rows_.selectedId().has_value();
-    for (const unsigned id : {IDC_SCHEDULE_MODIFY, IDC_SCHEDULE_DELETE}) {
+    showUsers();
+    for (const unsigned id : {IDC_SCHEDULE_MODIFY, IDC_SCHEDULE_DELETE, IDC_SCHEDULE_DELETE_REAL}) {
         // A disabled control must not keep the focus, or the keyboard would reach nothing.
         if (!enabled && GetFocus() == control(id))
             SendMessageA(window(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(list_.window()), TRUE);

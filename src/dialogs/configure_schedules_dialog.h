@@ -6,6 +6,8 @@
 #include <commctrl.h>
 
 #include <functional>
+#include <string>
+#include <vector>
 
 #include "editors/schedule/schedule_edit.h"
 #include "lists/schedule_table.h"
@@ -15,14 +17,24 @@
 
 namespace orvc {
 
-// Purpose: lists the Schedules and has them made, changed and taken off the list.
+// What the dialog asks of the rest of the console; callable as long as the dialog is open.
+struct ScheduleCommands {
+    std::function<void(Change change)> apply;
+    // The names of the Events that use the Schedule with that key, and how many they are.
+    std::function<std::vector<std::string>(const std::string& key)> userNames;
+    std::function<std::size_t(const std::string& key)> countUsers;
+    // Deletes the Schedule on the server. Events that use it get the other one first; with one that could not get it,
+    // the Schedule stays.
+    std::function<void(const ScheduleRecord& record, const std::string& otherKey)> deleteOnServer;
+};
+
+// Purpose: lists the Schedules and who uses them, and has them made, changed, taken off the list, and deleted.
 // Thread: user-interface thread. Lifetime: `schedules` outlives the dialog; its records may come, change and go while
 // the dialog is open, and the rows follow.
 class CConfigureSchedulesDlg final : public ui::Dialog {
   public:
-    // `apply` carries a change out.
     CConfigureSchedulesDlg(const ui::Resources& resources, ScheduleList& schedules, SortKeyMaker makeSortKey,
-                           std::function<void(Change change)> apply);
+                           ScheduleCommands commands);
 
   private:
     bool onInit() override;
@@ -39,6 +51,7 @@ class CConfigureSchedulesDlg final : public ui::Dialog {
     void newSchedule();
     void modifySchedule();
     void deleteRow();
+    void deleteOnServer();
     // Returns whether it was saved.
     bool edit(ScheduleEdit& edit);
 
@@ -46,9 +59,12 @@ class CConfigureSchedulesDlg final : public ui::Dialog {
     void refresh();
     void showRows();
     void enableButtons();
+    void showUsers();
 
     ScheduleList& schedules_;
-    std::function<void(Change)> apply_;
+    ScheduleCommands commands_;
+    std::string shownUsers_;
+    int ticks_ = 0;
     ScheduleTable rows_;
     ui::ListView list_;
 };

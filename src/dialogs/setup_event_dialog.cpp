@@ -232,7 +232,8 @@ void CSetupEventDlg::enterEmail() {
 }
 
 void CSetupEventDlg::editSchedules() {
-    CConfigureSchedulesDlg(parts_.resources, parts_.schedules, parts_.makeSortKey, parts_.apply).runModal(window());
+    CConfigureSchedulesDlg(parts_.resources, parts_.schedules, parts_.makeSortKey, parts_.scheduleCommands)
+        .runModal(window());
     form_.refreshSchedules();
     showLists();
 }

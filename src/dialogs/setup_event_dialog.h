@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "dialogs/configure_schedules_dialog.h"
 #include "dialogs/please_wait_dialog.h"
 #include "editors/event/event_form.h"
 #include "lists/sort_key.h"
@@ -28,6 +29,7 @@ struct EventEditorParts {
     SortKeyMaker makeSortKey;
     std::function<bool()> isConnected;
     std::function<void(Change change)> apply;
+    ScheduleCommands scheduleCommands;
 };
 
 // Purpose: creates an Event or changes a copy of one. Thread: user-interface thread.

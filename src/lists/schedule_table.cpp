@@ -38,8 +38,9 @@ std::string describeTimes(const WeekMask& mask, const StringTable& strings) {
 
 }  // namespace
 
-ScheduleTable::ScheduleTable(const StringTable& strings, SortKeyMaker makeSortKey)
+ScheduleTable::ScheduleTable(const StringTable& strings, SortKeyMaker makeSortKey, CountUsers countUsers)
     : strings_(strings),
+      countUsers_(std::move(countUsers)),
       model_(
           // The built-in one, then the names in the locale's order, and equal names by key.
           [make = std::move(makeSortKey)](const ScheduleRow& row) {
@@ -79,13 +80,18 @@ bool ScheduleTable::fill(const std::list<ScheduleRecord>& records) {
 
 ScheduleRow ScheduleTable::makeRow(const ScheduleRecord& record) const {
     const WeekMask mask = record.hours.value_or(WeekMask{});
-    return {record.id, *record.key, record.name.value_or(std::string()), describeDays(mask, strings_),
-            describeTimes(mask, strings_)};
+    const std::size_t users = countUsers_ ? countUsers_(*record.key) : 0;
+    return {record.id,
+            *record.key,
+            record.name.value_or(std::string()),
+            describeDays(mask, strings_),
+            describeTimes(mask, strings_),
+            users > 0 ? std::to_string(users) : std::string()};
 }
 
 std::string ScheduleTable::cell(std::size_t row, std::size_t column) const {
-    static constexpr std::array<std::string ScheduleRow::*, kColumnCount> kTexts{&ScheduleRow::name, &ScheduleRow::days,
-                                                                                 &ScheduleRow::times};
+    static constexpr std::array<std::string ScheduleRow::*, kColumnCount> kTexts{
+        &ScheduleRow::name, &ScheduleRow::days, &ScheduleRow::times, &ScheduleRow::users};
     return at(row).*kTexts.at(column);
 }
 

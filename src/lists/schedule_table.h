@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <list>
 #include <optional>
 #include <set>
@@ -24,6 +25,7 @@ struct ScheduleRow {
     std::string name;
     std::string days;   // "Every Day", "<none>" or as in "Mo Tu ", with the blank behind the last
     std::string times;  // "All Day" or "Variable"
+    std::string users;  // how many Events use it; empty for none
 
     friend bool operator==(const ScheduleRow&, const ScheduleRow&) = default;
 };
@@ -33,9 +35,12 @@ struct ScheduleRow {
 // Guarantees: the selection stays with its Schedule wherever the row moves; the built-in Schedule is never selected.
 class ScheduleTable final : public ListSource {
   public:
-    enum Column : std::size_t { kName, kDays, kTimes, kColumnCount };
+    enum Column : std::size_t { kName, kDays, kTimes, kUsers, kColumnCount };
 
-    ScheduleTable(const StringTable& strings, SortKeyMaker makeSortKey);
+    // How many Events use the Schedule with that key.
+    using CountUsers = std::function<std::size_t(const std::string& key)>;
+
+    ScheduleTable(const StringTable& strings, SortKeyMaker makeSortKey, CountUsers countUsers = nullptr);
 
     // Lists what `records` holds by now, but for rows that were removed. Returns whether any row is another than
     // before.
@@ -61,6 +66,7 @@ class ScheduleTable final : public ListSource {
     ScheduleRow makeRow(const ScheduleRecord& record) const;
 
     const StringTable& strings_;
+    CountUsers countUsers_;
     std::unordered_map<std::uint32_t, ScheduleRow> rows_;  // by the records' numbers
     ListModel<ScheduleRow> model_;
     std::set<std::uint32_t> removed_;

@@ -101,6 +101,7 @@ constexpr Item kItems[] = {
      [](Parsing& p, std::string_view v) { return store(p.options.shuffleSeed, parseNumber<std::uint32_t>(v)); }},
     {"mute-files", [](Parsing& p, std::string_view v) { return storeFlag(p.options.muteFiles, v); }},
     {"standalone", [](Parsing& p, std::string_view v) { return storeFlag(p.options.standalone, v); }},
+    {"no-handle", [](Parsing& p, std::string_view v) { return storeFlag(p.options.noHandle, v); }},
     {"reload-after", [](Parsing& p, std::string_view v) { return store(p.options.reloadAfter, parseSeconds(v)); }},
     {"resend", [](Parsing& p, std::string_view v) { return p.options.resendValues = v == "values"; }},
     {"incomplete", [](Parsing& p, std::string_view v) { return storeFlag(p.options.incomplete, v); }},

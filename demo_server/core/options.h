@@ -32,7 +32,8 @@ struct Options {
     Millis slow = 0;                           // slow=MS before each notification of a subscription
     std::optional<std::uint32_t> shuffleSeed;  // shuffle=SEED
     bool muteFiles = false;                    // mute-files=1: a read is never answered
-    bool standalone = false;                   // standalone=1
+    bool standalone = false;                   // standalone=1: there is no logon
+    bool noHandle = false;                     // no-handle=1: opening the link gives none
     std::optional<Millis> reloadAfter;         // reload-after=SECONDS, after each logon
     bool resendValues = false;                 // resend=values
     bool incomplete = false;                   // incomplete=1: no \ORVS\completeBits in a subscription

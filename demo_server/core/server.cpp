@@ -29,7 +29,9 @@ Server::Server(Installation installation, Options options, std::vector<std::stri
       notices_(std::move(notices)),
       host_(host),
       random_(static_cast<std::mt19937::result_type>(host.ticks() ^ host.utcSeconds())),
-      faults_(options_.faultSeed.value_or(0)) {}
+      faults_(options_.faultSeed.value_or(0)) {
+    if (options_.standalone) beginSession();
+}
 
 Server::~Server() {
     close();
@@ -48,16 +50,15 @@ std::int32_t Server::start(const KSSocketAddress& address, std::string_view logo
     });
     if (user == installation_.users.end()) return logon_result::kInvalid;
     if (!host_.claimUser(user->name)) return logon_result::kAlreadyLoggedIn;
-    loggedOn_ = true;
-    ++logons_;
     isAdmin = user->isAdmin && options_.admin;
-    sendAfterLogon(*user);
-    makeAppointments();
+    queue(makeTextRun(event_code::kUserConnected, user->name));
+    beginSession();
     return logon_result::kSuccess;
 }
 
-void Server::sendAfterLogon(const User& user) {
-    queue(makeTextRun(event_code::kUserConnected, user.name));
+void Server::beginSession() {
+    loggedOn_ = true;
+    ++logons_;
     queue(makeServerTimeRun(host_.utcSeconds()));
     for (const std::string& notice : notices_)
         queue(makeTextRun(event_code::kText, notice));
@@ -65,6 +66,7 @@ void Server::sendAfterLogon(const User& user) {
         queue(makeTextRun(event_code::kText, complaint));
     sendDirectory();
     queue(makeSignalRun(event_code::kInitializationComplete));
+    makeAppointments();
 }
 
 void Server::sendDirectory() {

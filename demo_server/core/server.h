@@ -38,7 +38,8 @@ inline constexpr std::int32_t kRefused = -1;
 // lock of its own, except generation(). Calls put answers into a queue; the event thread takes them out in batches and
 // delivers them with the lock released.
 //
-// Every call but start() and stop() is refused while nobody is logged on.
+// Every call but start() and stop() is refused while nobody is logged on. Stand-alone, there is no logon: the server
+// behaves from the start as it does after one.
 class Server {
   public:
     // `notices` are told after each logon, with the complaints about the options. The host outlives the server.
@@ -97,7 +98,7 @@ class Server {
     };
 
     void sendDirectory();
-    void sendAfterLogon(const User& user);
+    void beginSession();
     void drawFaults();
     void makeAppointments();
     void endLogon();

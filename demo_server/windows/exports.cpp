@@ -117,12 +117,13 @@ std::int32_t KS_CALL KSOpen(std::uint32_t* handle, std::uint32_t* flags, KSEvent
         if (!handle || !flags || !callback || !outWord) return kRefused;
         *handle = 0;
         *outWord = 0;
+        *flags = options.standalone ? *flags & ~kConsoleModeFlag : *flags | kConsoleModeFlag;
+        if (options.noHandle) return kDone;
         const std::lock_guard guard(shared().lock);
         if (shared().link) return kRefused;
         shared().link = Link::open(options, callback);
         if (!shared().link) return kRefused;
         *handle = shared().handle = ++shared().handlesGiven;
-        *flags = options.standalone ? *flags & ~kConsoleModeFlag : *flags | kConsoleModeFlag;
         return kDone;
     });
 }

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "support/placement.h"
 #include "ui/message_loop.h"
 
 namespace orvc::ui {
@@ -51,6 +52,10 @@ bool isOwnedBy(HWND window, HWND owner) {
     while (window != nullptr && window != owner)
         window = GetWindow(window, GW_OWNER);
     return window != nullptr;
+}
+
+ScreenArea toArea(const RECT& area) {
+    return {area.left, area.top, area.right, area.bottom};
 }
 
 }  // namespace
@@ -283,17 +288,15 @@ void Dialog::centerOn(HWND owner) {
         GetWindowRect(owner, &around);
     else
         SystemParametersInfoA(SPI_GETWORKAREA, 0, &around, 0);
-    // Whole on the monitor that the middle lies on, which may be left of or above the first one.
-    const POINT middle{(around.left + around.right) / 2, (around.top + around.bottom) / 2};
+    // The monitor that the middle lies on.
+    const ScreenPoint middle = middleOf(toArea(around));
     MONITORINFO monitor{};
     monitor.cbSize = sizeof monitor;
-    if (!GetMonitorInfoA(MonitorFromPoint(middle, MONITOR_DEFAULTTONEAREST), &monitor)) monitor.rcWork = around;
-    const RECT& work = monitor.rcWork;
-    const LONG width = own.right - own.left;
-    const LONG height = own.bottom - own.top;
-    const LONG x = std::max(work.left, std::min(middle.x - width / 2, work.right - width));
-    const LONG y = std::max(work.top, std::min(middle.y - height / 2, work.bottom - height));
-    SetWindowPos(window_, nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    if (!GetMonitorInfoA(MonitorFromPoint({middle.x, middle.y}, MONITOR_DEFAULTTONEAREST), &monitor))
+        monitor.rcWork = around;
+    const ScreenPoint at =
+        centerWithin(toArea(monitor.rcWork), toArea(around), own.right - own.left, own.bottom - own.top);
+    SetWindowPos(window_, nullptr, at.x, at.y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 int Dialog::dpi() const {

@@ -1,6 +1,9 @@
+#include <windows.h>
+
 #include <algorithm>
 
 #include "windows/console_fixture.h"
+#include "windows/menu_state.h"
 
 namespace orvc::test {
 namespace {
@@ -21,6 +24,28 @@ class EventListTest : public ConsoleTest {
     bool waitForCount(std::size_t count) {
         return ConsoleDriver::waitUntil([&] { return console_.eventCount() == count; });
     }
+    HWND list() { return GetDlgItem(console_.mainWindow(), IDC_EVENT_LIST); }
+    void press(WPARAM key) { PostMessageA(list(), WM_KEYDOWN, key, 0); }
+    // How many of the commands that change something the menu offers.
+    int offered() {
+        return static_cast<int>(std::ranges::count_if(
+            kEditing, [&](unsigned command) { return (menuState(console_, command) & MF_GRAYED) == 0; }));
+    }
+    // Neither the menu nor a gesture changes anything now.
+    void expectNoEditing(const char* when) {
+        console_.selectRow(2);
+        for (const unsigned command : kEditing)
+            console_.choose(command);
+        for (const WPARAM key : {VK_INSERT, VK_RETURN, VK_DELETE})
+            press(key);
+        console_.doubleClickRow(console_.mainWindow(), IDC_EVENT_LIST, 2);
+        EXPECT_FALSE(ConsoleDriver::waitUntil([&] { return IsWindowEnabled(console_.mainWindow()) == 0; }, 300))
+            << "a window opened " << when;
+        EXPECT_EQ(offered(), 0) << when;
+    }
+
+    static constexpr unsigned kEditing[] = {IDM_CREATE_EVENT, IDM_MODIFY_EVENT, IDM_DELETE_EVENT, IDM_SCHEDULES,
+                                            IDM_PREFERENCES};
 };
 
 TEST_F(EventListTest, ShowsEveryEventInOrderWithItsState) {
@@ -39,6 +64,35 @@ TEST_F(EventListTest, ShowsEveryEventInOrderWithItsState) {
     EXPECT_EQ(countOf(1, "Error - Fix Event"), 1);
     EXPECT_EQ(countOf(1, "Available"), 18);
     EXPECT_GT(countOf(2, "Never"), 0);
+    // A letter finds the next Event that begins with it, in either case.
+    SendMessageA(list(), WM_CHAR, 'L', 1);
+    EXPECT_EQ(console_.selectedRow(), console_.rowOf("lift alarm"));
+}
+
+TEST_F(EventListTest, NothingCanBeChangedBeforeTheSettingsAreThereAndWhileTheyReload) {
+    startConsole("late-members=400;stop-once=2;incomplete=1;reload-after=8;resend=values");
+    ASSERT_NE(console_.logonDialog(), nullptr);
+    console_.enterLogon("admin", "admin");
+    ASSERT_TRUE(ConsoleDriver::waitUntil(
+        [&] { return ConsoleDriver::textOf(console_.mainWindow()).ends_with("Logon ID admin"); }));
+    expectNoEditing("before the groups' members were there");
+    // The server stops meanwhile.
+    ASSERT_TRUE(console_.logOn(kBuildingEvents));
+    expectNoEditing("before the settings were complete");
+    ASSERT_NE(console_.waitForWindowWith(IDC_WAIT_TEXT), nullptr);
+    expectNoEditing("while the settings were sent again");
+    ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return offered() == static_cast<int>(std::size(kEditing)); }));
+    press(VK_DELETE);
+    const HWND box = console_.waitForMessageBox();
+    ConsoleDriver::click(box, IDNO);
+    ASSERT_TRUE(console_.waitUntilGone(box));
+    for (const auto& [key, title] : {std::pair(VK_INSERT, "Create Event"), {VK_RETURN, "Modify Event"}}) {
+        press(static_cast<WPARAM>(key));
+        const HWND editor = console_.waitForWindowWith(IDC_EVENT_TRIGGER);
+        EXPECT_EQ(ConsoleDriver::textOf(editor), title);
+        ConsoleDriver::click(editor, IDCANCEL);
+        ASSERT_TRUE(console_.waitUntilGone(editor));
+    }
 }
 
 TEST_F(EventListTest, DeletesTheSelectedEventOnYesOnly) {
@@ -102,24 +156,6 @@ TEST_F(EventListTest, ColumnsFillTheWindowAndItsLeastSizeShowsTheirTitles) {
     EXPECT_GT(size.bottom - size.top, 200);
     exitConsole();
     EXPECT_EQ(integer("startWidth"), static_cast<unsigned>(size.right - size.left));
-}
-
-TEST_F(EventListTest, TheTrayHidesAndShowsTheWindowAndForgedMessagesDoNothing) {
-    setInteger("hideMinimized", 1);
-    startConsole();
-    ASSERT_TRUE(console_.logOn(kBuildingEvents));
-    const HWND window = console_.mainWindow();
-    ShowWindow(window, SW_MINIMIZE);
-    EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return IsWindowVisible(window) == 0; }));
-    PostMessageA(window, 0x1400, 0x1400, WM_LBUTTONUP);
-    EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return IsWindowVisible(window) != 0 && IsIconic(window) == 0; }));
-    for (UINT message = 0x1401; message <= 0x1410; ++message) {
-        PostMessageA(window, message, 1, 0x1234);
-        SendMessageA(window, message, 1, 0x1234);
-    }
-    EXPECT_EQ(console_.eventCount(), kBuildingEvents);
-    EXPECT_TRUE(console_.isRunning());
-    exitConsole();
 }
 
 }  // namespace

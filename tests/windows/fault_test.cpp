@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "windows/console_fixture.h"
+#include "windows/menu_state.h"
 
 namespace orvc::test {
 namespace {
@@ -32,6 +33,12 @@ class FaultTest : public ConsoleTest {
         return ConsoleDriver::waitUntil(
             [&] { return std::ranges::count(logLines(), "*** ORVE Events Configuration Console Login ***") == 2; });
     }
+    static bool isInMenu(HWND window) {
+        GUITHREADINFO state{};
+        state.cbSize = sizeof state;
+        return GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &state) &&
+               (state.flags & GUI_INMENUMODE) != 0;
+    }
     HWND askForDeletion(const std::string& event) {
         console_.selectRow(console_.rowOf(event));
         return console_.openMessageBox(IDM_DELETE_EVENT);
@@ -57,12 +64,52 @@ TEST_F(FaultTest, AQuestionThatIsOpenWhenTheServerStopsIsAnsweredAfterTheNextLog
         ASSERT_TRUE(waitForSecondLogon());
         ASSERT_TRUE(waitForEvents());
         ASSERT_TRUE(IsWindow(box) && ConsoleDriver::waitUntil([&] { return IsWindowEnabled(box) != 0; }));
+        // The last settings may come after the last Event.
+        ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return (menuState(console_, IDM_DELETE_EVENT) & MF_GRAYED) == 0; }));
         ConsoleDriver::click(box, IDYES);
         ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return console_.eventCount() == kBuildingEvents - 1; }));
         EXPECT_EQ(console_.rowOf(event), -1) << "the Event that was asked about";
         exitConsole();
         SetUp();
     }
+}
+
+TEST_F(FaultTest, AnOpenMenuGoesBeforeTheLogonThatFollowsAServerStop) {
+    startConsole("stop-once=3");
+    ASSERT_TRUE(console_.logOn(kBuildingEvents));
+    const HWND main = console_.mainWindow();
+    PostMessageA(main, WM_SYSCOMMAND, SC_KEYMENU, 0);
+    ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return isInMenu(main); }));
+    ASSERT_NE(console_.logonDialog(), nullptr);
+    EXPECT_FALSE(isInMenu(main));
+    EXPECT_TRUE(console_.logOn(kBuildingEvents));
+}
+
+TEST_F(FaultTest, TheFileIsClearedOnYesOnlyAlsoWhileAnotherConsoleWritesItButNotWhenItIsHeld) {
+    setInteger("recordEvents", 0);
+    startConsole();
+    ASSERT_TRUE(console_.logOn(kBuildingEvents));
+    const auto clear = [&](unsigned answer) {
+        const HWND box = console_.openMessageBox(IDM_CLEAR_FILE);
+        ConsoleDriver::click(box, answer);
+        ASSERT_TRUE(console_.waitUntilGone(box));
+        ConsoleDriver::waitUntil([&] { return IsWindowEnabled(console_.mainWindow()) || console_.findMessageBox(); });
+    };
+    const auto holdsTheStart = [&] { return logHas("Orvane Events Console Version 1.0.0.0 started"); };
+    clear(IDNO);
+    EXPECT_TRUE(holdsTheStart());
+    const HANDLE holder =
+        CreateFileA(trackingFile().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    clear(IDYES);
+    expectMessage("The support file could not be cleared. Another program is using it.");
+    CloseHandle(holder);
+    EXPECT_TRUE(holdsTheStart());
+    setInteger("recordEvents", 1);
+    ConsoleDriver other;
+    ASSERT_TRUE(other.start(binFolder() + "\\ORVSConfig.exe"));
+    ASSERT_NE(other.logonDialog(), nullptr);
+    clear(IDYES);
+    EXPECT_FALSE(holdsTheStart());
 }
 
 TEST_F(FaultTest, ALateStopAfterALogoffLogsNobodyOn) {
@@ -105,42 +152,28 @@ TEST_F(FaultTest, EndsInOrderWithWindowsOpen) {
     }
 }
 
-TEST_F(FaultTest, TheLogGoesToTheRootWhenItsFolderIsGoneOrItsFileIsHeld) {
-    const std::string toRoot = "OpenCloseDebugFile: Could not write to special folder, writing to ROOT";
-    for (const bool isHeld : {false, true}) {
-        setInteger("recordEvents", 0);
-        startConsole();
-        ASSERT_NE(console_.logonDialog(), nullptr);
-        HANDLE holder = INVALID_HANDLE_VALUE;
-        if (isHeld)
-            holder = CreateFileA(trackingFile().c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-        else
-            std::filesystem::remove_all(supportFolder());
+TEST_F(FaultTest, TheLogGoesToTheRootWhenItsFileIsHeldOrItsFolderIsGone) {
+    setInteger("recordEvents", 0);
+    startConsole();
+    ASSERT_NE(console_.logonDialog(), nullptr);
+    const auto isTicked = [&] { return (menuState(console_, IDM_RECORD_EVENTS) & MF_CHECKED) != 0; };
+    const HANDLE holder = CreateFileA(trackingFile().c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    for (const bool isHeld : {true, false}) {
+        if (!isHeld) std::filesystem::remove_all(supportFolder());
+        EXPECT_FALSE(isTicked());
         console_.choose(IDM_RECORD_EVENTS);
         ASSERT_TRUE(ConsoleDriver::waitUntil([&] {
-            return std::ranges::any_of(readLines(kRootFile), [&](const auto& line) { return line.ends_with(toRoot); });
+            return std::ranges::any_of(readLines(kRootFile), [](const std::string& line) {
+                return line.ends_with("Could not write to special folder, writing to ROOT");
+            });
         }));
-        console_.enterLogon("admin", "admin");
-        EXPECT_TRUE(waitForEvents());
-        exitConsole();
-        CloseHandle(holder);
-        DeleteFileA(kRootFile);
+        EXPECT_TRUE(isTicked());
+        console_.choose(IDM_RECORD_EVENTS);
+        ASSERT_TRUE(ConsoleDriver::waitUntil([] { return DeleteFileA(kRootFile) != 0; }));
+        if (isHeld) CloseHandle(holder);
     }
-}
-
-TEST_F(FaultTest, SettingsThatCannotBeSavedStopNothing) {
-    RegDeleteTreeA(HKEY_CURRENT_USER, "Software\\Kestrel Sonics");
-    // Below a key that goes with the session no lasting one can be made.
-    HKEY key = nullptr;
-    ASSERT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, "Software\\Kestrel Sonics", 0, nullptr, REG_OPTION_VOLATILE,
-                              KEY_ALL_ACCESS, nullptr, &key, nullptr),
-              ERROR_SUCCESS);
-    RegCloseKey(key);
-    startConsole();
     ASSERT_TRUE(console_.logOn(kBuildingEvents));
     exitConsole();
-    EXPECT_FALSE(integer("IPPort").has_value());
-    RegDeleteTreeA(HKEY_CURRENT_USER, "Software\\Kestrel Sonics");
 }
 
 TEST_F(FaultTest, AboutNamesTheVersionsOfAllParts) {

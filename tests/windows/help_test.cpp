@@ -21,11 +21,20 @@ class HelpTest : public ConsoleTest {
         startConsole({}, folder);
     }
 
-    // Presses a key while this window of the console is the active one.
+    // A window becomes active before one of its controls gets the focus; a key that comes between is lost.
+    static bool hasKeyboard(HWND window) {
+        SendMessageA(window, WM_NULL, 0, 0);  // what the console does with its windows now comes first
+        GUITHREADINFO state{};
+        state.cbSize = sizeof state;
+        return GetForegroundWindow() == window && GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &state) &&
+               state.hwndActive == window && GetAncestor(state.hwndFocus, GA_ROOT) == window;
+    }
+
+    // Presses a key when this window of the console has the keyboard.
     static void press(HWND window, BYTE key) {
         ASSERT_TRUE(ConsoleDriver::waitUntil([&] {
             if (GetForegroundWindow() != window) SetForegroundWindow(window);
-            return GetForegroundWindow() == window;
+            return hasKeyboard(window);
         }));
         keybd_event(key, 0, 0, 0);
         keybd_event(key, 0, KEYEVENTF_KEYUP, 0);
@@ -55,8 +64,9 @@ class HelpTest : public ConsoleTest {
         press(box, VK_RETURN);
         ASSERT_TRUE(console_.waitUntilGone(box));
         expected_.push_back(chapter + "'");
-        ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return openedChapters().size() >= expected_.size(); })) << chapter;
-        EXPECT_EQ(openedChapters(), expected_);
+        // A line that is being written may be there in part.
+        EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return openedChapters() == expected_; }))
+            << testing::PrintToString(openedChapters());
     }
 
     // Viewers that the console has started, as handles that can end them.

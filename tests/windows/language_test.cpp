@@ -124,12 +124,6 @@ class LanguageTest : public ConsoleTest {
     const unsigned lowByte_ = own_ & 255;
 };
 
-TEST_F(LanguageTest, TheWholeLanguagesLibraryComesBeforeItsLowBytes) {
-    copyLibrary("ORVSConfig000c.dll", own_);
-    copyLibrary("ORVSConfig0007.dll", lowByte_);
-    EXPECT_EQ(titleOfLogon(), "Connexion requise");
-}
-
 TEST_F(LanguageTest, WhatCannotBeUsedIsPassedOverAndTold) {
     std::ofstream(nameFor(own_)) << "MZ, and nothing after it";
     copyLibrary("other_revision.dll", lowByte_);

@@ -17,10 +17,13 @@ class ScheduleDialogsTest : public ConsoleTest {
     void openList() {
         list_ = console_.open(IDM_SCHEDULES, IDC_SCHEDULE_LIST);
         ASSERT_NE(list_, nullptr);
-        ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return rows().size() == 6; }));
+        ASSERT_TRUE(waitForCount(6));
     }
-    void logOnAndOpenList() {
-        startConsole();
+    bool waitForCount(std::size_t count) {
+        return ConsoleDriver::waitUntil([&] { return rows().size() == count; });
+    }
+    void logOnAndOpenList(const std::string& options = {}) {
+        startConsole(options);
         ASSERT_TRUE(console_.logOn(kBuildingEvents));
         openList();
     }
@@ -74,7 +77,7 @@ TEST_F(ScheduleDialogsTest, ListsEveryScheduleProtectsTheBuiltInOneAndDeletesOnl
     EXPECT_EQ(console_.waitForWindowWith(IDC_SCHEDULE_DAY_TABS, 300), nullptr);
     clickRow(2, "New Modify Delete ");
     ConsoleDriver::click(list_, IDC_SCHEDULE_DELETE);
-    ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return rows().size() == 5; }));
+    ASSERT_TRUE(waitForCount(5));
     EXPECT_EQ(rows()[2][0], "Office hours");
     EXPECT_EQ(buttons(), "New ");
     EXPECT_FALSE(IsWindowEnabled(console_.mainWindow()));
@@ -86,8 +89,21 @@ TEST_F(ScheduleDialogsTest, ListsEveryScheduleProtectsTheBuiltInOneAndDeletesOnl
     EXPECT_TRUE(tracedCallsFrom("KSSysVarCreateKey \\ORVS\\Schedules").empty());
 }
 
-TEST_F(ScheduleDialogsTest, ANewScheduleNeedsANameAndHasNoTimes) {
+TEST_F(ScheduleDialogsTest, AnOpenListFollowsAServerStopAndTheNextLogon) {
+    logOnAndOpenList("stop-once=3");
+    ASSERT_NE(console_.logonDialog(), nullptr);
+    EXPECT_TRUE(waitForCount(1)) << "the built-in one";
+    ASSERT_TRUE(console_.logOn(kBuildingEvents));
+    EXPECT_TRUE(waitForCount(6));
+}
+
+TEST_F(ScheduleDialogsTest, ANewScheduleNeedsANameHasNoTimesAndIsOfferedInTheEventEditor) {
     logOnAndOpenList();
+    ConsoleDriver::click(list_, IDOK);
+    ASSERT_TRUE(console_.waitUntilGone(list_));
+    const HWND event = console_.open(IDM_CREATE_EVENT, IDC_EVENT_SCHEDULES);
+    ConsoleDriver::click(event, IDC_EVENT_SCHEDULES);
+    ASSERT_NE(list_ = console_.waitForWindowWith(IDC_SCHEDULE_LIST), nullptr);
     ConsoleDriver::click(list_, IDC_SCHEDULE_NEW);
     waitForEditor();
     EXPECT_EQ(ConsoleDriver::textOf(editor_, IDC_SCHEDULE_NAME), "");
@@ -98,6 +114,14 @@ TEST_F(ScheduleDialogsTest, ANewScheduleNeedsANameAndHasNoTimes) {
     }
     ConsoleDriver::type(editor_, IDC_SCHEDULE_NAME, "x");
     EXPECT_TRUE(ConsoleDriver::isEnabled(editor_, IDOK));
+    for (const HWND dialog : {editor_, list_}) {
+        ConsoleDriver::click(dialog, IDOK);
+        ASSERT_TRUE(console_.waitUntilGone(dialog));
+    }
+    EXPECT_TRUE(ConsoleDriver::waitUntil([&] {
+        return SendDlgItemMessageA(event, IDC_EVENT_SCHEDULE, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+                                   reinterpret_cast<LPARAM>("x")) >= 0;
+    }));
 }
 
 TEST_F(ScheduleDialogsTest, AWholeDayEndsAtAMidnightThatHasToBeChosenAgain) {
@@ -106,12 +130,17 @@ TEST_F(ScheduleDialogsTest, AWholeDayEndsAtAMidnightThatHasToBeChosenAgain) {
     waitForEditor();
     EXPECT_EQ(time(kStart), "12:00 AM");
     EXPECT_EQ(time(kEnd), "12:00 ");
-    console_.clickTab(editor_, IDC_SCHEDULE_DAY_TABS, 6);
+    EXPECT_EQ(ConsoleDriver::textOf(editor_, IDC_SCHEDULE_NAME), "");
+    EXPECT_FALSE(ConsoleDriver::isEnabled(editor_, IDOK));
+    // The list of days does what the tabs do, though it is hidden.
+    ASSERT_TRUE(ConsoleDriver::chooseEntry(editor_, IDC_SCHEDULE_DAY_LIST, "Saturday"));
     expectMessage("End time must be after Start Time");
     EXPECT_TRUE(isShown(0));
+    EXPECT_EQ(ConsoleDriver::selectedEntry(editor_, IDC_SCHEDULE_DAY_LIST), "Sunday");
     ASSERT_TRUE(ConsoleDriver::chooseEntry(editor_, kEnd + 2, "AM"));
     console_.clickTab(editor_, IDC_SCHEDULE_DAY_TABS, 6);
     ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return isShown(6); }));
+    EXPECT_EQ(ConsoleDriver::selectedEntry(editor_, IDC_SCHEDULE_DAY_LIST), "Saturday");
     // What the click started has ended when the dialog answers.
     SendMessageA(editor_, WM_NULL, 0, 0);
     EXPECT_EQ(time(kEnd), "12:00 ");

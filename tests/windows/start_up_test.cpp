@@ -1,6 +1,7 @@
-#include "windows/console_fixture.h"
-
 #include <algorithm>
+
+#include "tour/event_entry.h"
+#include "windows/console_fixture.h"
 
 namespace orvc::test {
 namespace {
@@ -48,6 +49,11 @@ TEST_F(StartUpTest, RecordsAWholeRunInOrder) {
     for (const char* line : {"Console user admin connected", "Console initialization is complete",
                              "doNewGroupMessageInfo: End of messages received", "getListIcoms: Done with group"})
         EXPECT_NE(std::find(told.begin(), told.end(), line), told.end()) << line;
+    EXPECT_EQ(tracedCalls(),
+              (std::vector<std::string>{
+                  "KSDllVersion", "KSOpen 16", "KSSetDebug 1", R"(KSStart 127.0.0.1:3010 0 "admin" "admin")",
+                  R"(KSCreateGroup 1 "Zone 1" 0 0 1)", "KSGetGroupMembers 1", "KSDeleteGroup 1", "KSGetMessages",
+                  R"(KSSysVarCreateKey \ORVS\ 0x80000000 1)", R"(KSSysVarSubscribe \ORVS\ 0 1)", "KSStop", "KSClose"}));
 }
 
 TEST_F(StartUpTest, OpensWithoutALinkWhenTheLibraryIsOnlyInTheCurrentFolderAndThePath) {
@@ -83,9 +89,29 @@ TEST_F(StartUpTest, RunsStandAloneWhenTheLibrarySaysSo) {
     EXPECT_EQ(ConsoleDriver::textOf(console_.mainWindow()),
               "Orvane VANTE - Automation - Events Configuration Application");
     EXPECT_TRUE(logHas("*** Orvane Enterprise Events Application Stand-alone Startup ***"));
+    ASSERT_TRUE(ConsoleDriver::waitUntil([&] { return console_.eventCount() == kBuildingEvents; }));
+    console_.selectRow(console_.rowOf("Front door"));
+    const HWND editor = console_.open(IDM_MODIFY_EVENT, IDC_EVENT_NAME);
+    ASSERT_NE(editor, nullptr);
+    ConsoleDriver::type(editor, IDC_EVENT_NAME, "Main door");
+    driver::saveEvent(console_, editor);
+    EXPECT_TRUE(ConsoleDriver::waitUntil([&] { return console_.rowOf("Main door") >= 0; }));
     exitConsole();
+    EXPECT_TRUE(tracedCallsFrom("KSStart").empty());
+    EXPECT_TRUE(std::ranges::any_of(
+        tracedCalls(), [](const std::string& call) { return call.ends_with("EventName 0xC0000001 \"Main door\" 9"); }));
     EXPECT_TRUE(text("pathStandaloneInstall").has_value());
     EXPECT_FALSE(text("pathConsoleInstall").has_value());
+}
+
+TEST_F(StartUpTest, ALibraryThatGivesNoHandleIsLeftAlone) {
+    setInteger("recordEvents", 1);
+    startConsole("no-handle=1");
+    expectNoLogonDialog();
+    exitConsole();
+    EXPECT_TRUE(logHas("openLink: The library gave no handle, no logon is attempted"));
+    EXPECT_FALSE(logHas("doShutdown: FreeLibrary()"));
+    EXPECT_EQ(tracedCalls(), (std::vector<std::string>{"KSDllVersion", "KSOpen 16", "KSSetDebug 1"}));
 }
 
 TEST_F(StartUpTest, TellsOnceWhenThereCanBeNoScratchFolder) {

@@ -3,23 +3,9 @@
 #include <array>
 
 #include "resources/resource.h"
-#include "support/text.h"
+#include "support/time_of_day.h"
 
 namespace orvc {
-namespace {
-
-constexpr int kQuartersPerDay = 96;
-constexpr int kQuartersPerHalfDay = 48;
-
-std::string timeOfDay(int quarter, const StringTable& strings) {
-    if (quarter == 0) return strings.text(IDS_MIDNIGHT);
-    if (quarter == kQuartersPerHalfDay) return strings.text(IDS_NOON);
-    const int hour = quarter / 4 % 12;
-    const unsigned format = quarter < kQuartersPerHalfDay ? IDS_TIME_AM : IDS_TIME_PM;
-    return fillIn(strings.text(format), {long{hour == 0 ? 12 : hour}, long{quarter % 4 * 15}});
-}
-
-}  // namespace
 
 std::vector<std::string> listTriggers(const StringTable& strings) {
     std::vector<std::string> texts;
@@ -45,8 +31,8 @@ std::vector<std::string> listTimeoutUnits(const StringTable& strings) {
 
 std::vector<std::string> listTimesOfDay(const StringTable& strings) {
     std::vector<std::string> texts{strings.text(IDS_SELECT_TIME_OF_DAY)};
-    for (int quarter = 0; quarter < kQuartersPerDay; ++quarter)
-        texts.push_back(timeOfDay(quarter, strings));
+    for (int quarter = 0; quarter < kQuarterHoursPerDay; ++quarter)
+        texts.push_back(timeOfDayText(quarter, strings));
     return texts;
 }
 

@@ -40,8 +40,8 @@ class FaultyLogSystem final : public LogSystem {
 };
 
 const std::string kWhole =
-    "10 variables, a new name that is long, a new name that is long, All Days, All Day, a new name that is long, "
-    "Nurses of 1, Chime";
+    "11 variables, a new name that is long, a new name that is long, All Days, All Day, a new name that is long, "
+    "Nurses of 1, Chime, 1 with problems";
 
 class FaultTest : public testing::Test {
   protected:

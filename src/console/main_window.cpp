@@ -2,6 +2,8 @@
 
 #include <windowsx.h>
 
+#include "checker/event_sentence.h"
+#include "checker/problem_text.h"
 #include "console/start_up.h"
 #include "dialogs/logon_dialog.h"
 #include "resources/resource.h"
@@ -36,7 +38,7 @@ MainWindow::MainWindow(const ConsoleParts& parts)
       session_(*this, parts.link, events_.poster(), parts.log, parts.clock, parts.settings.values(), table_),
       eventCommands_(parts_, session_, table_, list_, [this](const std::string& text) { workbench_.tell(text); }),
       workbench_({parts_, session_, table_, list_, eventCommands_,
-                  [](const EventRecord& event) { return event.name.value_or(""); }}),
+                  [this](const EventRecord& event) { return describe(event); }}),
       help_(parts.resources, parts.log),
       tray_(parts.resources),
       commands_({parts_, session_, eventCommands_, workbench_, tray_, help_, library_, [this] { exitConsole(); },
@@ -44,11 +46,19 @@ MainWindow::MainWindow(const ConsoleParts& parts)
       pleaseWait_(parts.resources, IDS_WAIT_UPDATING) {
     table_.judgeBy(session_.directory(), [this] { return session_.isReady(); });
     table_.nameSchedulesBy(session_.schedules());
+    const EventChecker& checker = session_.checker();
+    table_.tellProblemsBy(
+        [this, &checker](const EventRecord& event) {
+            return problemSummary(checker.problemsOf(event), parts_.resources);
+        },
+        [&checker](const EventRecord& event) { return checker.codesOf(event).hasProblem(); });
+    session_.checker().observe(this);
 }
 
 MainWindow::~MainWindow() {
     ui::setHelpHandler(nullptr);
     ui::setFailureHandler(nullptr);
+    session_.checker().observe(nullptr);
     EventCallback::makeCurrent(nullptr);
 }
 
@@ -57,6 +67,18 @@ void MainWindow::warnAboutScratchFolder(bool ready) {
     scratchWarningShown_ = true;
     ui::showMessage(window(), parts_.resources.text(IDS_CALL_QUEUE_ERROR),
                     parts_.resources.text(IDS_CALL_QUEUE_ERROR_CAPTION));
+}
+
+// What the Event does, then what is wrong with it.
+std::string MainWindow::describe(const EventRecord& event) const {
+    const EventNames names{session_.directory(), session_.checker().schedules(), session_.events()};
+    std::string text = eventSentence(event, parts_.resources, names);
+    const char* separator = "\r\n";
+    for (const Problem& problem : session_.checker().problemsOf(event)) {
+        text.append(separator).append(problemSentence(problem, parts_.resources, names));
+        separator = " ";
+    }
+    return text;
 }
 
 // ---------------------------------------------------------------------------------------------------------------------

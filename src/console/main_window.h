@@ -22,7 +22,7 @@ namespace orvc {
 // Commands acts, EventTable and EventListView show, Tray hides.
 // Thread: user-interface thread.
 // Guarantees: the list is repainted once for many changes; input, painting and timers go on while events pour in.
-class MainWindow final : public ui::Dialog, private SessionHost {
+class MainWindow final : public ui::Dialog, private SessionHost, private EventCheckerObserver {
   public:
     explicit MainWindow(const ConsoleParts& parts);
     ~MainWindow() override;
@@ -56,6 +56,11 @@ class MainWindow final : public ui::Dialog, private SessionHost {
     std::string findAdapterName(const std::string& serverAddress) override;
     std::string programVersion() override;
 
+    // EventCheckerObserver
+    void eventAffected(const EventRecord& record) override { table_.textsChanged(record); }
+    void everyEventAffected() override { table_.allTextsChanged(); }
+
+    std::string describe(const EventRecord& event) const;
     void setIcons();
     void installKeyboardHook();
     void exitConsole();

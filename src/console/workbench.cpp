@@ -32,16 +32,6 @@ std::string textOf(HWND control) {
     return text;
 }
 
-struct Codes {
-    bool hasProblem() const { return false; }
-};
-struct NoChecker {
-    Codes codesOf(const EventRecord&) const { return {}; }
-    std::size_t disabled() const { return 0; }
-    std::size_t withProblems() const { return 0; }
-};
-NoChecker noChecker;
-
 // Shows a text, unless the control has it.
 void showIn(HWND control, std::string& shown, const std::string& text) {
     if (text == shown) return;
@@ -132,7 +122,7 @@ LinkStatus Workbench::linkStatus() const {
 
 ListCounts Workbench::counts() const {
     const EventTable::Model& model = s_.table.model();
-    const auto& checker = noChecker;
+    const EventChecker& checker = s_.session.checker();
     return {model.total(), model.size(), model.selectedCount(), checker.disabled(), checker.withProblems()};
 }
 
@@ -200,7 +190,7 @@ void Workbench::showDetail(const ListCounts& now) {
         ListCounts states{now.selected, now.selected, 0, 0, 0};
         for (const EventRecord* const record : s_.table.model().selectedRecords()) {
             states.disabled += record->disabled != 0u;
-            states.withProblems += noChecker.codesOf(*record).hasProblem();
+            states.withProblems += s_.session.checker().codesOf(*record).hasProblem();
         }
         text = selectionText(texts, states);
     }
@@ -280,7 +270,7 @@ void Workbench::nextProblem() {
     const std::size_t start = s_.list.hasSelection() ? model.firstSelected().value_or(0) + 1 : 0;
     for (std::size_t i = 0; i < size; ++i) {
         const std::size_t row = (start + i) % size;
-        if (!noChecker.codesOf(model.at(row)).hasProblem()) continue;
+        if (!s_.session.checker().codesOf(model.at(row)).hasProblem()) continue;
         s_.list.select(row);
         goToList(false);
         return;
@@ -301,7 +291,7 @@ unsigned Workbench::whyNoPlace(EventColumnId column) {
 }
 
 unsigned Workbench::whyNoProblems() const {
-    return noChecker.withProblems() > 0 ? 0 : IDS_WHY_NO_PROBLEMS;
+    return s_.session.checker().withProblems() > 0 ? 0 : IDS_WHY_NO_PROBLEMS;
 }
 
 bool Workbench::isTyping() const {

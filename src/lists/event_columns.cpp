@@ -7,6 +7,7 @@
 #include "lists/event_words.h"
 #include "model/mac.h"
 #include "resources/resource.h"
+#include "support/time_of_day.h"
 
 namespace orvc {
 namespace {
@@ -69,7 +70,7 @@ std::string sourceText(const EventRecord& record, const EventTextSource& source)
         return placeText(record.triggerDevice, record.triggerGroupKey, source);
     // A time that no clock shows is told as it is stored.
     if (record.timeOfDay >= kQuarterHoursPerDay) return std::to_string(record.timeOfDay);
-    return timeOfDayText(record.timeOfDay, source.strings);
+    return timeOfDayText(static_cast<int>(record.timeOfDay), source.strings);
 }
 
 std::optional<std::uint32_t> sourceCode(const EventRecord& record, const EventTextSource&) {

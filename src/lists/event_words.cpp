@@ -5,15 +5,6 @@
 
 namespace orvc {
 
-std::string timeOfDayText(std::uint32_t quarter, const StringTable& strings) {
-    constexpr std::uint32_t kNoon = kQuarterHoursPerDay / 2;
-    if (quarter == 0) return strings.text(IDS_MIDNIGHT);
-    if (quarter == kNoon) return strings.text(IDS_NOON);
-    const auto hour = static_cast<long>(quarter / 4 % 12);
-    const auto minute = static_cast<long>(quarter % 4 * 15);
-    return fillIn(strings.text(quarter < kNoon ? IDS_TIME_AM : IDS_TIME_PM), {hour == 0 ? 12 : hour, minute});
-}
-
 std::string delayText(std::uint32_t seconds, const StringTable& strings) {
     constexpr std::uint32_t kSecondsPerMinute = 60;
     if (seconds == 0) return strings.text(IDS_DELAY_NONE);

@@ -38,10 +38,19 @@ void Directory::updateDevice(const KSConnectionInfo& info, const std::optional<K
                              std::int32_t socket) {
     Device*& device = devicesByMac_[macNumber(info.mac)];
     if (device == nullptr) device = &devices_.emplace_front();
+    const bool isSeen = !device->connected || device->name() != fieldText(info.deviceName);
     device->info = info;
     if (extra) device->extra = extra;
     device->connected = true;
     device->socket = socket;
+    if (isSeen && observer_ != nullptr) observer_->deviceChanged(*device);
+}
+
+void Directory::disconnectDevice(const KSMac& mac) {
+    Device* const device = findIn(devicesByMac_, macNumber(mac));
+    if (device == nullptr || !device->connected) return;
+    device->connected = false;
+    if (observer_ != nullptr) observer_->deviceChanged(*device);
 }
 
 void Directory::updateGroup(const KSGroupRecord& record) {
@@ -61,6 +70,7 @@ void Directory::updateGroup(const KSGroupRecord& record) {
         group->record = record;
     }
     byId = group;
+    if (observer_ != nullptr) observer_->groupChanged(*group);
 }
 
 void Directory::doNewGroupMember(std::uint32_t groupId, const KSMac& mac) {
@@ -75,6 +85,7 @@ void Directory::doNewGroupMember(std::uint32_t groupId, const KSMac& mac) {
         member.device = member.placeholder.get();
     }
     group->members.push_front(std::move(member));
+    if (group->members.size() == 1 && observer_ != nullptr) observer_->groupChanged(*group);
 }
 
 void Directory::resolvePlaceholders(Group& group) const {
@@ -99,6 +110,7 @@ void Directory::doNewGroupMessageInfo(const KSMessageRecord& record) {
         known->record = record;  // the index views the key, which is the same
         const auto listed = std::ranges::find_if(messages_, [&](const AudioMessage& m) { return &m == known; });
         messages_.splice(messages_.begin(), messages_, listed);
+        if (observer_ != nullptr) observer_->messageChanged(*known);
         return;
     }
     std::list<AudioMessage> made(1);
@@ -106,6 +118,7 @@ void Directory::doNewGroupMessageInfo(const KSMessageRecord& record) {
     message.record = record;
     messagesByKey_.try_emplace(message.key(), &message);
     messages_.splice(messages_.begin(), made);
+    if (observer_ != nullptr) observer_->messageChanged(message);
 }
 
 void Directory::addQueueMembership(const KSQueueRecord& record) {
@@ -155,6 +168,7 @@ void Directory::clear() {
     messages_.clear();
     queues_.clear();
     serverGroups_.clear();
+    if (observer_ != nullptr) observer_->directoryCleared();
 }
 
 }  // namespace orvc

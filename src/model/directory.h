@@ -46,6 +46,20 @@ struct AudioMessage {
     std::string_view key() const { return fieldText(record.key); }
 };
 
+// Who follows the directory. Called on the user-interface thread, after the change.
+class DirectoryObserver {
+  public:
+    virtual ~DirectoryObserver() = default;
+    // A device has come, has another name, or was connected or disconnected.
+    virtual void deviceChanged(const Device& device) = 0;
+    // A group has come, was sent again, or has got its first member.
+    virtual void groupChanged(const Group& group) = 0;
+    // An audio message has come or has another name.
+    virtual void messageChanged(const AudioMessage& message) = 0;
+    // Every list is empty.
+    virtual void directoryCleared() = 0;
+};
+
 // Purpose: the lists that Events refer to, filled by the server's notifications.
 // Thread: user-interface thread. Lookups take constant time.
 // Lifetime: pointers and references stay valid until the record is removed by a clear...(); code that runs the message
@@ -54,9 +68,14 @@ class Directory {
   public:
     explicit Directory(TrackingLog& log) : log_(log) {}
 
+    // At most one; it outlives the directory or is taken away with null.
+    void observe(DirectoryObserver* observer) { observer_ = observer; }
+
     // A new or re-connected intercom: found by its MAC and refreshed, or put at the head of the list.
     void updateDevice(const KSConnectionInfo& info, const std::optional<KSExtraIntercomInfo>& extra,
                       std::int32_t socket);
+    // The intercom is not connected any more. It stays listed; nothing happens when it is not.
+    void disconnectDevice(const KSMac& mac);
     // A group, new or sent again; its members are forgotten then.
     void updateGroup(const KSGroupRecord& record);
     void doNewGroupMember(std::uint32_t groupId, const KSMac& mac);
@@ -84,6 +103,7 @@ class Directory {
 
   private:
     TrackingLog& log_;
+    DirectoryObserver* observer_ = nullptr;
     std::list<Device> devices_;
     std::list<Group> groups_;
     std::list<AudioMessage> messages_;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 #include "model/variable_path.h"
 
@@ -56,10 +57,14 @@ EventRecord& EventList::findOrCreate(std::string_view key) {
     return *record;
 }
 
-EventRecord* EventList::find(std::string_view key) {
+const EventRecord* EventList::find(std::string_view key) const {
     if (key.size() >= kUnfindableKeyLength) return nullptr;
     const auto found = byKey_.find(key);
     return found != byKey_.end() ? &*found->second : nullptr;
+}
+
+EventRecord* EventList::find(std::string_view key) {
+    return const_cast<EventRecord*>(std::as_const(*this).find(key));
 }
 
 EventRecord* EventList::findAny(std::string_view key) {
@@ -69,7 +74,15 @@ EventRecord* EventList::findAny(std::string_view key) {
 }
 
 void EventList::showIfComplete(EventRecord& record, bool renamed) {
-    if (isEventComplete(record, clock_)) observer_.eventChanged(record, renamed);
+    if (isEventComplete(record, clock_))
+        show(record, renamed);
+    else if (record.isShown)
+        observer_.shownEventLacksValue(record);
+}
+
+void EventList::show(EventRecord& record, bool renamed) {
+    record.isShown = true;
+    observer_.eventChanged(record, renamed);
 }
 
 void EventList::showOverdue() {
@@ -92,7 +105,7 @@ EventRecord& EventList::store(const EventRecord& saved) {
         EventRecord& added = made.front();
         byKey_.try_emplace(added.key, made.begin());
         records_.splice(records_.end(), made);
-        observer_.eventChanged(added, true);
+        show(added, true);
         return added;
     }
     EventRecord stored = saved;
@@ -104,7 +117,7 @@ EventRecord& EventList::store(const EventRecord& saved) {
     record = std::move(stored);
     index.key() = record.key;
     byKey_.insert(std::move(index));
-    observer_.eventChanged(record, true);
+    show(record, true);
     return record;
 }
 

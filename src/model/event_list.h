@@ -5,6 +5,8 @@
 #include <list>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "link/variable_store.h"
 #include "model/event_record.h"
@@ -13,16 +15,44 @@
 
 namespace orvc {
 
-// Who shows the Events. Called on the user-interface thread.
+// Who follows the Events. Called on the user-interface thread.
 class EventListObserver {
   public:
     virtual ~EventListObserver() = default;
     // A complete record has come or changed; `renamed` when its name may be another one. It can be shown from now on.
     virtual void eventChanged(const EventRecord& record, bool renamed) = 0;
+    // A record that is shown has changed and lacks a value now. It stays shown.
+    virtual void shownEventLacksValue(const EventRecord& record) { static_cast<void>(record); }
     // The record is about to be freed.
     virtual void eventGone(const EventRecord& record) = 0;
     // All of them are.
     virtual void eventsCleared() = 0;
+};
+
+// Passes every call on to several observers, in the order in which they are given. They outlive it.
+class EventListObservers final : public EventListObserver {
+  public:
+    explicit EventListObservers(std::vector<EventListObserver*> observers) : observers_(std::move(observers)) {}
+
+    void eventChanged(const EventRecord& record, bool renamed) override {
+        for (EventListObserver* const observer : observers_)
+            observer->eventChanged(record, renamed);
+    }
+    void shownEventLacksValue(const EventRecord& record) override {
+        for (EventListObserver* const observer : observers_)
+            observer->shownEventLacksValue(record);
+    }
+    void eventGone(const EventRecord& record) override {
+        for (EventListObserver* const observer : observers_)
+            observer->eventGone(record);
+    }
+    void eventsCleared() override {
+        for (EventListObserver* const observer : observers_)
+            observer->eventsCleared();
+    }
+
+  private:
+    std::vector<EventListObserver*> observers_;
 };
 
 // Purpose: builds Event records from variables as they arrive, in any order. It writes nothing.
@@ -41,6 +71,7 @@ class EventList final : public VariableOwner {
 
     // Exact and case-sensitive; null when there is none. A key of 128 characters or more is never found.
     EventRecord* find(std::string_view key);
+    const EventRecord* find(std::string_view key) const;
 
     // The same, also for a key that find() never finds: looks at each record then.
     EventRecord* findAny(std::string_view key);
@@ -66,6 +97,7 @@ class EventList final : public VariableOwner {
 
     EventRecord& findOrCreate(std::string_view key);
     void showIfComplete(EventRecord& record, bool renamed);
+    void show(EventRecord& record, bool renamed);
 
     EventListObserver& observer_;
     TrackingLog& log_;

@@ -67,6 +67,7 @@ struct EventRecord {
     OptionalDword badData;  // 1 = refers to something that does not exist
 
     std::int64_t completionDeadline = 0;  // seconds since 1970 UTC
+    bool isShown = false;                 // has been complete once; the list's own
 };
 
 // How a field is read and written; one table drives both.

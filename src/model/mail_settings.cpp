@@ -28,9 +28,25 @@ constexpr std::string_view kMarker = "completeBits";
 
 }  // namespace
 
+void MailSettings::takeChanges(const MailSettings& before, const MailSettings& after) {
+    for (const auto& [name, member] : kTexts)
+        if (before.*member != after.*member) this->*member = after.*member;
+    if (before.smtpPort != after.smtpPort) smtpPort = after.smtpPort;
+    tell();
+}
+
+void MailSettings::clear() {
+    *this = MailSettings();
+    tell();
+}
+
 bool MailSettings::updateVariable(const Variable& variable) {
-    if (!variable.name.starts_with(kRootPath)) return false;
-    const std::string_view field = variable.name.substr(kRootPath.size());
+    if (!variable.name.starts_with(kRootPath) || !take(variable.name.substr(kRootPath.size()), variable)) return false;
+    tell();
+    return true;
+}
+
+bool MailSettings::take(std::string_view field, const Variable& variable) {
     for (std::size_t i = 0; i < kTexts.size(); ++i) {
         const auto& [name, member] = kTexts[i];
         if (field != name) continue;

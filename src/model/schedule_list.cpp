@@ -57,20 +57,31 @@ ScheduleRecord& ScheduleList::append(std::list<ScheduleRecord>& made, const std:
 
 void ScheduleList::setField(ScheduleRecord& record, std::string_view field, const Variable& variable) {
     const std::string_view text = variable.text.value_or(std::string_view());
-    if (field == "Name") {
-        record.name = text;
-    } else if (field == "Key") {
-        record.key = text;
+    std::optional<std::string> former;
+    bool isOther = false;
+    if (field == "Name" || field == "Key") {
+        std::optional<std::string>& member = field == "Name" ? record.name : record.key;
+        former = text;
+        std::swap(former, member);
+        isOther = former != member;
     } else if (field == "CompleteBits") {
         record.completeBits = variable.number == 0xFFFFFFFF ? std::nullopt : std::optional(variable.number);
     } else if (field == "Hours") {
-        record.hours = WeekMask{};
+        const std::optional<WeekMask> before = std::exchange(record.hours, WeekMask{});
         copyScheduleFromString(*record.hours, text, log_);
+        isOther = record.hours != before;
     } else {
         log_.log("updateScheduleVariables: variable '%.*s' not found", static_cast<int>(field.size()), field.data());
         return;
     }
     record.updated = true;
+    if (isOther) tell(record, former);
+}
+
+void ScheduleList::tell(const ScheduleRecord& record, const std::optional<std::string>& former) {
+    if (observer_ == nullptr) return;
+    const bool isKept = !former || former == record.key || former == record.name;
+    observer_->scheduleChanged(record, isKept ? std::string_view() : std::string_view(*former));
 }
 
 void ScheduleList::testCompleteness(ScheduleRecord& record) {
@@ -82,7 +93,7 @@ void ScheduleList::testCompleteness(ScheduleRecord& record) {
     record.complete = complete;
 }
 
-ScheduleRecord* ScheduleList::find(std::string_view key) {
+const ScheduleRecord* ScheduleList::find(std::string_view key) const {
     const auto found = std::ranges::find_if(records_, [&](const ScheduleRecord& record) { return record.key == key; });
     return found != records_.end() ? &*found : nullptr;
 }
@@ -94,31 +105,49 @@ void ScheduleList::removeKey(std::string_view path) {
     if (const auto found = byPath_.find(std::string(parts->key)); found != byPath_.end()) remove(*found->second);
 }
 
-ScheduleRecord* ScheduleList::findById(std::uint32_t id) {
+const ScheduleRecord* ScheduleList::findById(std::uint32_t id) const {
     const auto found = std::ranges::find(records_, id, &ScheduleRecord::id);
     return found != records_.end() ? &*found : nullptr;
 }
 
-ScheduleRecord& ScheduleList::store(const ScheduleRecord& saved) {
-    const std::string key = saved.key.value_or("");
-    ScheduleRecord* listed = saved.id != 0 ? findById(saved.id) : nullptr;
-    if (listed == nullptr) listed = find(key);
-    if (listed == nullptr) {
-        std::list<ScheduleRecord> made{saved};
-        listed = &append(made, key);
-    } else {
-        byPath_.insert_or_assign(key, listed);
-        listed->name = saved.name;
-        listed->hours = saved.hours;
-    }
-    changed_ = true;
-    return *listed;
+ScheduleRecord& ScheduleList::own(const ScheduleRecord& record) {
+    return *std::ranges::find_if(records_, [&](const ScheduleRecord& listed) { return &listed == &record; });
 }
 
-void ScheduleList::remove(ScheduleRecord& record) {
-    std::erase_if(byPath_, [&](const auto& entry) { return entry.second == &record; });
-    records_.remove_if([&](const ScheduleRecord& listed) { return &listed == &record; });
+ScheduleRecord& ScheduleList::store(const ScheduleRecord& saved) {
+    const std::string key = saved.key.value_or("");
+    const ScheduleRecord* known = saved.id != 0 ? findById(saved.id) : nullptr;
+    if (known == nullptr) known = find(key);
     changed_ = true;
+    if (known == nullptr) {
+        std::list<ScheduleRecord> made{saved};
+        ScheduleRecord& added = append(made, key);
+        tell(added);
+        return added;
+    }
+    ScheduleRecord& listed = own(*known);
+    std::optional<std::string> name = saved.name;
+    byPath_.insert_or_assign(key, &listed);
+    std::swap(listed.name, name);
+    listed.hours = saved.hours;
+    tell(listed, name);
+    return listed;
+}
+
+void ScheduleList::setHours(const ScheduleRecord& record, const WeekMask& hours) {
+    ScheduleRecord& listed = own(record);
+    listed.hours = hours;
+    tell(listed);
+}
+
+void ScheduleList::remove(const ScheduleRecord& record) {
+    std::erase_if(byPath_, [&](const auto& entry) { return entry.second == &record; });
+    const auto listed =
+        std::ranges::find_if(records_, [&](const ScheduleRecord& candidate) { return &candidate == &record; });
+    std::list<ScheduleRecord> gone;
+    gone.splice(gone.begin(), records_, listed);
+    changed_ = true;
+    if (observer_ != nullptr) observer_->scheduleGone(gone.front());
 }
 
 bool ScheduleList::takeUpdates() {
@@ -136,13 +165,14 @@ void ScheduleList::makeDefault() {
     record.key = kDefaultScheduleKey;
     record.hours = WeekMask::everySlot();
     record.completeBits = 1;
-    append(made, std::string(kDefaultScheduleKey));
+    tell(append(made, std::string(kDefaultScheduleKey)));
 }
 
 void ScheduleList::clear() {
     byPath_.clear();
     records_.clear();
     changed_ = true;
+    if (observer_ != nullptr) observer_->schedulesCleared();
     try {
         makeDefault();
     } catch (const std::exception&) {

@@ -216,21 +216,14 @@ void Gate::write(const ScheduleChange& change, ChangeResult& result, Job& job) {
     }
     const std::string key = change.before ? change.before->key.value_or("") : std::string();
     if (key.empty()) return;
-    if (ScheduleRecord* const record = records_.schedules.find(key)) records_.schedules.remove(*record);
+    if (const ScheduleRecord* const record = records_.schedules.find(key)) records_.schedules.remove(*record);
     removeKey(joinPath(kSchedulesPath, key) + "\\", result, job);
 }
 
 // What was not changed is written as it is by now.
 void Gate::write(const MailChange& change, ChangeResult& result, Job& job) {
     MailSettings& mail = records_.mail;
-    const auto take = [&](auto MailSettings::*member) {
-        if (change.before.*member != change.after.*member) mail.*member = change.after.*member;
-    };
-    take(&MailSettings::userName);
-    take(&MailSettings::password);
-    take(&MailSettings::smtpHost);
-    take(&MailSettings::defaultFrom);
-    take(&MailSettings::smtpPort);
+    mail.takeChanges(change.before, change.after);
     const VariableValues values = mail.values();
     check(writer_.createKey(std::string(kRootPath), true), std::string(kRootPath), result);
     writeValues(values, result, job);

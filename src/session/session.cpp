@@ -25,6 +25,15 @@ const char* loggableText(const VariableEvent& event) {
     return *text != '\0' && MailSettings::isPassword(event.nameView()) ? "***" : text;
 }
 
+// Values by the last component of their names, as the Events' fields are named.
+std::vector<std::string> lastComponents(const std::vector<std::string>& names) {
+    std::vector<std::string> components;
+    components.reserve(names.size());
+    for (const std::string& name : names)
+        components.push_back(name.substr(name.rfind('\\') + 1));
+    return components;
+}
+
 }  // namespace
 
 Session::Session(SessionHost& host, ServerLink& link, WindowPoster& poster, TrackingLog& log, const Clock& clock,
@@ -35,8 +44,11 @@ Session::Session(SessionHost& host, ServerLink& link, WindowPoster& poster, Trac
       clock_(clock),
       settings_(settings),
       directory_(log),
-      events_(eventObserver, log, clock),
       schedules_(log, clock),
+      checker_(events_, directory_, schedules_, mailSettings_),
+      // A row that is shown anew asks the checker, which must have heard of the change by then.
+      eventObservers_({&checker_, &eventObserver}),
+      events_(eventObservers_, log, clock),
       store_(log),
       eventQueue_(poster, [this](const std::unique_ptr<QueuedEvent>& event) { receive(*event); }),
       callback_(eventQueue_, log, clock, kEventTimers),
@@ -56,12 +68,43 @@ bool Session::deliverEvents() {
     if (const std::size_t lost = eventQueue_.takeLostCount())
         log_.log("deliverEvents: %u events lost: no memory", static_cast<unsigned>(lost));
     if (memberFetch_) continueSubscription();
+    judgeWhenDelivered();
     return done;
+}
+
+void Session::setReady(bool ready) {
+    settingsReady_ = ready;
+    if (ready)
+        judgeWhenDelivered();
+    else
+        checker_.setReady(false);
+}
+
+void Session::judgeWhenDelivered() {
+    if (settingsReady_ && !eventQueue_.isPending()) checker_.setReady(true);
+    checker_.recover();
 }
 
 Gate::Ticket Session::apply(std::vector<Change> changes, Gate::Done done) {
     host_.startTimer(timer::kGate, timer::kGatePeriod);
-    return gate_.apply(std::move(changes), std::move(done));
+    Gate::Done noting = notingWhatWasNotStored(changes, std::move(done));
+    return gate_.apply(std::move(changes), std::move(noting));
+}
+
+// An Event that was saved again is free of what was not stored before.
+Gate::Done Session::notingWhatWasNotStored(const std::vector<Change>& changes, Gate::Done done) {
+    std::vector<std::string> savedEvents;  // keys; empty for any other change
+    savedEvents.reserve(changes.size());
+    for (const Change& change : changes) {
+        const auto* const event = std::get_if<EventChange>(&change);
+        savedEvents.push_back(event != nullptr && event->after ? event->after->key : std::string());
+    }
+    return [this, keys = std::move(savedEvents), then = std::move(done)](const std::vector<ChangeResult>& results) {
+        for (std::size_t i = 0; i < keys.size(); ++i)
+            if (!keys[i].empty() && results[i].outcome != Outcome::kCancelled)
+                checker_.setNotStored(keys[i], lastComponents(results[i].notStored));
+        if (then) then(results);
+    };
 }
 
 bool Session::continueChanges() {
@@ -71,6 +114,7 @@ bool Session::continueChanges() {
 void Session::onTimer(std::uintptr_t timerId) {
     const ReentrancyCounter::Scope run(timerRuns_);
     if (!run.isOutermost()) return;
+    judgeWhenDelivered();
     switch (timerId) {
         case timer::kLogon:
             doLogon();
@@ -401,7 +445,7 @@ void Session::doWaitSystemVariableComplete() {
         lastTimeoutLogged_ = now;
         log_.log("doWaitSystemVariableComplete: Timeout waiting for system variables to complete");
     }
-    settingsReady_ = true;
+    setReady(true);
     host_.stopTimer(timer::kCompletionWait);
     host_.refreshEventList();
 }
@@ -419,7 +463,7 @@ void Session::releaseCurrentSettings() {
         host_.openPleaseWait();
         askForSettingsAgain();
     } catch (const std::exception&) {
-        settingsReady_ = true;
+        setReady(true);
         host_.startTimer(timer::kReloadWait, timer::kReloadWaitPeriod);
         host_.startTimer(timer::kReload, timer::kReloadPeriod);
         throw;
@@ -428,7 +472,7 @@ void Session::releaseCurrentSettings() {
 }
 
 void Session::askForSettingsAgain() {
-    settingsReady_ = false;
+    setReady(false);
     host_.refreshEventList();
     host_.pause(kReloadPause);
     if (!isConnected()) return;  // the server has stopped during the pause
@@ -463,7 +507,7 @@ void Session::clearMirror() {
     store_.clear();
     mailSettings_.clear();
     storeComplete_ = false;
-    settingsReady_ = false;
+    setReady(false);
 }
 
 }  // namespace orvc

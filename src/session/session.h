@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "checker/event_checker.h"
 #include "link/event_callback.h"
 #include "link/event_queue.h"
 #include "link/server_link.h"
@@ -90,10 +91,15 @@ class Session {
     void setConsoleMode(bool consoleMode) { consoleMode_ = consoleMode; }
 
     EventList& events() { return events_; }
+    const EventList& events() const { return events_; }
     ScheduleList& schedules() { return schedules_; }
     const Directory& directory() const { return directory_; }
     MailSettings& mailSettings() { return mailSettings_; }
     FileReader& fileReader() { return fileReader_; }
+    // The problems of the Events. It judges from when the configuration is ready and all that had come by then has been
+    // delivered: Events may come long after the settings.
+    EventChecker& checker() { return checker_; }
+    const EventChecker& checker() const { return checker_; }
     const VariableStore& store() const { return store_; }
 
   private:
@@ -111,6 +117,9 @@ class Session {
     void subscribe();
     void startCompletionWait();
     void doWaitSystemVariableComplete();
+    void setReady(bool ready);
+    void judgeWhenDelivered();
+    Gate::Done notingWhatWasNotStored(const std::vector<Change>& changes, Gate::Done done);
     void releaseCurrentSettings();
     void askForSettingsAgain();
     void waitForReload();
@@ -147,9 +156,11 @@ class Session {
     LocalSettings& settings_;
 
     Directory directory_;
-    EventList events_;
     ScheduleList schedules_;
     MailSettings mailSettings_;
+    EventChecker checker_;
+    EventListObservers eventObservers_;
+    EventList events_;
     VariableStore store_;
     FileReader fileReader_;
     EventQueue eventQueue_;

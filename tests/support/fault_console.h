@@ -66,6 +66,7 @@ class FaultConsole final : public SessionHost, public SilentServerLink, public W
             text.append(", ").append(group.key()).append(" of ").append(std::to_string(group.members.size()));
         for (const AudioMessage& message : session_.directory().messages())
             text.append(", ").append(message.name());
+        text.append(", ").append(std::to_string(session_.checker().withProblems())).append(" with problems");
         return text + (waiting ? ", please wait" : "") + (session_.isReady() ? "" : ", not ready");
     }
     Session& session() { return session_; }
@@ -127,6 +128,7 @@ class FaultConsole final : public SessionHost, public SilentServerLink, public W
             send("\\ORVS\\Events\\{the first Event's key}\\completeBits", nullptr, 0);
             send("\\ORVS\\Events\\{the second Event's key}\\completeBits", nullptr, 0);
             send("\\ORVS\\Events\\{the second Event's key}\\EventName", round, 0);
+            send("\\ORVS\\Events\\{the second Event's key}\\ScheduleKey", "an old name", 0);
         }
         for (const char* text : {"\\ORVS\\userName", "\\ORVS\\password", "\\ORVS\\smtpHost", "\\ORVS\\defaultFrom"})
             send(text, "a text that is longer than a short one", 0);

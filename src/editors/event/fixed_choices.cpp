@@ -1,12 +1,12 @@
 #include "editors/event/fixed_choices.h"
 
 #include <array>
-#include <cstdint>
 
-#include "lists/event_words.h"
 #include "resources/resource.h"
+#include "support/time_of_day.h"
 
 namespace orvc {
+
 std::vector<std::string> listTriggers(const StringTable& strings) {
     std::vector<std::string> texts;
     for (unsigned code = 0; code < kTriggerCount; ++code)
@@ -31,7 +31,7 @@ std::vector<std::string> listTimeoutUnits(const StringTable& strings) {
 
 std::vector<std::string> listTimesOfDay(const StringTable& strings) {
     std::vector<std::string> texts{strings.text(IDS_SELECT_TIME_OF_DAY)};
-    for (std::uint32_t quarter = 0; quarter < kQuarterHoursPerDay; ++quarter)
+    for (int quarter = 0; quarter < kQuarterHoursPerDay; ++quarter)
         texts.push_back(timeOfDayText(quarter, strings));
     return texts;
 }

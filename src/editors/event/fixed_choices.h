@@ -7,6 +7,7 @@
 
 #include "model/event_record.h"
 #include "support/string_table.h"
+#include "support/time_of_day.h"
 
 namespace orvc {
 
@@ -15,7 +16,7 @@ enum class Timeout { kNone = 0, kImmediately = 1, kAfter = 2 };
 
 inline constexpr int kTriggerCount = 10;
 inline constexpr int kTimeoutValueCount = 60;
-inline constexpr int kTimeOfDayCount = 97;  // the placeholder and 96 quarter hours
+inline constexpr int kTimeOfDayCount = 1 + kQuarterHoursPerDay;  // with the placeholder
 
 // In the order of the trigger codes.
 std::vector<std::string> listTriggers(const StringTable& strings);

@@ -17,34 +17,36 @@ ScheduleEdit::ScheduleEdit(const ScheduleRecord& listed) : record_(listed) {
     before_ = *record_.hours;
 }
 
-ScheduleRecord* ScheduleEdit::listedIn(ScheduleList& schedules) const {
-    ScheduleRecord* const same = record_.id != 0 ? schedules.findById(record_.id) : nullptr;
+const ScheduleRecord* ScheduleEdit::listedIn(const ScheduleList& schedules) const {
+    const ScheduleRecord* const same = record_.id != 0 ? schedules.findById(record_.id) : nullptr;
     return same != nullptr ? same : schedules.find(*record_.key);
 }
 
-ScheduleChange ScheduleEdit::change(ScheduleList& schedules) const {
+ScheduleChange ScheduleEdit::change(const ScheduleList& schedules) const {
     const ScheduleRecord* const listed = listedIn(schedules);
     if (listed == nullptr) return {std::nullopt, record_};
     ScheduleChange change{*listed, *listed};
     change.after->name = record_.name;
-    takeDaysOver(*change.after);
+    change.after->hours = hoursFor(*listed);
     return change;
 }
 
 void ScheduleEdit::cancel(ScheduleList& schedules) const {
-    if (ScheduleRecord* const listed = listedIn(schedules)) takeDaysOver(*listed);
+    if (const ScheduleRecord* const listed = listedIn(schedules)) schedules.setHours(*listed, hoursFor(*listed));
 }
 
-void ScheduleEdit::takeDaysOver(ScheduleRecord& listed) const {
-    if (!listed.hours) listed.hours = before_;
+// The hours that the list has by now, with the days that the operator changed.
+WeekMask ScheduleEdit::hoursFor(const ScheduleRecord& listed) const {
+    WeekMask hours = listed.hours.value_or(before_);
     const auto& before = before_.bytes();
     const auto& after = record_.hours->bytes();
     for (std::size_t first = 0; first < after.size(); first += WeekMask::kBytesPerDay) {
         const auto begin = after.begin() + static_cast<std::ptrdiff_t>(first);
         const auto end = begin + WeekMask::kBytesPerDay;
         if (!std::equal(begin, end, before.begin() + static_cast<std::ptrdiff_t>(first)))
-            std::copy(begin, end, listed.hours->bytes().begin() + static_cast<std::ptrdiff_t>(first));
+            std::copy(begin, end, hours.bytes().begin() + static_cast<std::ptrdiff_t>(first));
     }
+    return hours;
 }
 
 }  // namespace orvc

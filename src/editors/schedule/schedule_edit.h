@@ -23,13 +23,13 @@ class ScheduleEdit {
 
     // What Save wants changed: the Schedule as the list has it by now, under the new name and with the days that were
     // changed; a new one when the list has none (any more).
-    ScheduleChange change(ScheduleList& schedules) const;
+    ScheduleChange change(const ScheduleList& schedules) const;
     // Writes nothing. Days that were committed before the operator cancelled stay, here, in the list's record.
     void cancel(ScheduleList& schedules) const;
 
   private:
-    ScheduleRecord* listedIn(ScheduleList& schedules) const;
-    void takeDaysOver(ScheduleRecord& listed) const;
+    const ScheduleRecord* listedIn(const ScheduleList& schedules) const;
+    WeekMask hoursFor(const ScheduleRecord& listed) const;
 
     ScheduleRecord record_;
     WeekMask before_;

@@ -73,9 +73,9 @@ TEST_F(ScheduleListTest, ASavedScheduleIsFoundUnderItsKeyWhereverItWasReceived) 
     // Two with one key are two records.
     update("{K2}\\Name", "other");
     update("{K2}\\Key", "{K}");
-    ScheduleRecord& other = *list_.findById(list_.find("{K}")->id + 1);
+    ScheduleRecord other = *list_.findById(list_.find("{K}")->id + 1);
     other.name = "the other";
-    list_.store(ScheduleRecord(other));
+    list_.store(other);
     EXPECT_EQ(names(), "All Days, All Day; echo; the other");
 }
 

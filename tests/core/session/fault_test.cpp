@@ -40,8 +40,8 @@ class FaultyLogSystem final : public LogSystem {
 };
 
 const std::string kWhole =
-    "10 variables, the name since the reload, the name since the reload, All Days, All Day, the name since the reload, "
-    "Nurses of 1, Chime";
+    "11 variables, the name since the reload, the name since the reload, All Days, All Day, the name since the reload, "
+    "Nurses of 1, Chime, 1 with problems";
 
 class FaultTest : public testing::Test {
   protected:

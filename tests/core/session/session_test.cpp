@@ -246,6 +246,60 @@ TEST_F(SessionTest, WhatAnotherConsoleDeletesGoesAndItsOwnDeletionNeverTakesWhat
     EXPECT_EQ(session_.schedules().records().size(), 1u) << "the built-in one";
 }
 
+TEST_F(SessionTest, EventsAreJudgedOnceAllThatCameBeforeIsDelivered) {
+    subscribe();
+    const std::string path = "\\ORVS\\Events\\{A}\\";
+    variable(path + "completeBits", nullptr, 0);
+    variable(path + "ScheduleKey", "{S}");
+    variable("\\ORVS\\completeBits", nullptr, 0);
+    EXPECT_EQ(session_.checker().withProblems(), 0u);
+    const KSVariableNotification schedule{"\\ORVS\\Schedules\\{S}\\Name", variable_type::kString, "s", 0};
+    session_.callback().onEvent(104, 0, nullptr, &schedule);
+    timer(timer::kCompletionWait);
+    ASSERT_TRUE(session_.isReady());
+    EXPECT_EQ(session_.checker().disabled(), 0u) << "a Schedule is still to be delivered";
+    session_.deliverEvents();
+    EXPECT_EQ(session_.checker().disabled(), 1u);
+    EXPECT_EQ(session_.checker().withProblems(), 0u);
+    variable(path + "ScheduleKey", "{gone}");
+    EXPECT_EQ(session_.checker().withProblems(), 1u);
+    std::size_t meanwhile = 1;
+    host_.onWait = [&] { meanwhile = session_.checker().withProblems(); };
+    event(101);
+    timer(timer::kReload);
+    EXPECT_EQ(meanwhile, 0u) << "a reload runs";
+    variable("\\ORVS\\completeBits", nullptr, 0);
+    timer(timer::kCompletionWait);
+    EXPECT_EQ(session_.checker().withProblems(), 1u);
+    event(15);
+    EXPECT_EQ(session_.checker().withProblems(), 0u);
+}
+
+TEST_F(SessionTest, WhatTheServerDidNotStoreIsAProblemUntilTheEventIsSavedAgain) {
+    becomeReady();
+    EventRecord record;
+    record.key = "{A}";
+    record.scheduleKey = "{Default}";
+    const auto save = [&] {
+        session_.apply({EventChange{record, record, {}}});
+        for (const VariableValue& value : eventValues(record, false))
+            if (link_.refused.empty() || !value.name.starts_with(link_.refused))
+                variable(value.name, value.text ? value.text->c_str() : nullptr, value.number,
+                         value.text ? variable_type::kString : variable_type::kDword);
+        timer(timer::kGate);
+        std::string problems;
+        for (const auto& [code, about] : session_.checker().problemsOf(*session_.events().find("{A}")))
+            problems.append(problemName(code)).append(" ") += about;
+        return problems;
+    };
+    record.completeBits = 1;
+    record.fileGuid = "";
+    link_.refused = "\\ORVS\\Events\\{A}\\Disabled";
+    EXPECT_EQ(save(), "not-stored Disabled");
+    link_.refused.clear();
+    EXPECT_EQ(save(), "");
+}
+
 TEST_F(SessionTest, AServerStopForgetsEverythingAndAsksForALogon) {
     becomeReady();
     group(1, "Doors", 0);

@@ -234,7 +234,7 @@ TEST_F(EventFormTest, AStoredScheduleIsAKeyFirstThenAName) {
 
 TEST_F(EventFormTest, SchedulesThatWereEditedMeanwhileKeepTheChoice) {
     EventForm form = formWith(Response::kEmail);
-    schedules_.find("{N}")->name = "Renamed";
+    schedule("{N}", "Renamed");
     schedule("{Q}", "Another");
     form.refreshSchedules();
     EXPECT_EQ(form.schedules()[static_cast<std::size_t>(form.scheduleIndex())].name, "Renamed");

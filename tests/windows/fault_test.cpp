@@ -94,6 +94,7 @@ TEST_F(FaultTest, TheFileIsClearedOnYesOnlyAlsoWhileAnotherConsoleWritesItButNot
         ConsoleDriver::click(box, answer);
         ASSERT_TRUE(console_.waitUntilGone(box));
         ConsoleDriver::waitUntil([&] { return IsWindowEnabled(console_.mainWindow()) || console_.findMessageBox(); });
+        SendMessageA(console_.mainWindow(), WM_NULL, 0, 0);  // the answer has been acted on
     };
     const auto holdsTheStart = [&] { return logHas("Orvane Events Console Version 1.0.0.0 started"); };
     clear(IDNO);

@@ -41,7 +41,7 @@ inline void showEverything(const EventTable& events, const ScheduleList& schedul
     for (std::size_t row = 0; row < events.size(); ++row) {
         const EventRecord& record = events.model().at(row);
         require(events.model().rowOf(record) == row, "a row is found by its record");
-        for (std::size_t column = 0; column < EventTable::columns().size(); ++column)
+        for (std::size_t column = 0; column < kEventColumnCount; ++column)
             events.cell(row, column);
         const EventRecord once = editedUnchanged(record, directory, schedules);
         require(haveEqualFields(editedUnchanged(once, directory, schedules), once), "saving once more changes nothing");

@@ -344,6 +344,8 @@ void ConsoleDriver::selectRow(int row) {
     RemoteMemory memory(process_, kStructRoom);
     LVITEMA item{};
     item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
+    memory.write(item);
+    SendMessageA(eventList(), LVM_SETITEMSTATE, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(memory.at(0)));
     item.state = LVIS_SELECTED | LVIS_FOCUSED;
     memory.write(item);
     SendMessageA(eventList(), LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(memory.at(0)));
@@ -354,6 +356,17 @@ int ConsoleDriver::rowOf(const std::string& name) {
     for (int row = 0; row < count; ++row)
         if (readCell(eventList(), row, 0) == name) return row;
     return -1;
+}
+
+std::vector<std::string> ConsoleDriver::statusTexts() {
+    const HWND bar = GetDlgItem(mainWindow(), IDC_STATUS_BAR);
+    const RemoteMemory memory(process_, kTextRoom);
+    std::vector<std::string> texts(static_cast<std::size_t>(SendMessageA(bar, SB_GETPARTS, 0, 0)));
+    for (std::size_t part = 0; part < texts.size(); ++part) {
+        SendMessageA(bar, SB_GETTEXTA, part, reinterpret_cast<LPARAM>(memory.at(0)));
+        texts[part] = memory.readText(0, kTextRoom);
+    }
+    return texts;
 }
 
 bool ConsoleDriver::saveScreenshot(HWND window, const std::string& path) {

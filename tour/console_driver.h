@@ -94,7 +94,9 @@ class ConsoleDriver {
     int selectedRow();
     EventRow columnTitles();
     int columnWidth(int column);
-    // Selects a row by keyboard focus and state, as a click does.
+    // The parts of the main window's status bar.
+    std::vector<std::string> statusTexts();
+    // Selects that row alone, by keyboard focus and state, as a click does.
     void selectRow(int row);
     // The row of the Event with that name; -1 when there is none.
     int rowOf(const std::string& name);

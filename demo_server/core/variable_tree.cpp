@@ -88,9 +88,8 @@ std::vector<VariableTree::Removed> VariableTree::removeKey(std::string_view path
         for (const Value& value : entry->second.values) {
             removed.push_back({entry->first + fields_[value.field], value.type()});
         }
-        if (entry->second.created) {
-            removed.push_back({std::string(keyName(entry->first)), variable_type::kKey});
-        }
+        // The backslash at the end says that it is a whole key.
+        if (entry->second.created) removed.push_back({entry->first, variable_type::kKey});
         entry = keys_.erase(entry);
     }
     return removed;

@@ -44,7 +44,7 @@ EventIndex::Wanted EventIndex::thingsOf(const EventRecord& record) {
 void EventIndex::update(Entry& entry) {
     const Wanted wanted = thingsOf(*entry.record);
     for (std::size_t i = 0; i < wanted.size(); ++i) {
-        Entry::Place& place = entry.places[i];
+        Entry::Place& place = entry.places_[i];
         const bool isSame = place.thing != nullptr && Equal()(place.thing->first, wanted[i]);
         if (isSame) continue;
         if (place.thing != nullptr) leave(place);
@@ -53,7 +53,7 @@ void EventIndex::update(Entry& entry) {
 }
 
 void EventIndex::remove(Entry& entry) {
-    for (Entry::Place& place : entry.places)
+    for (Entry::Place& place : entry.places_)
         if (place.thing != nullptr) leave(place);
 }
 
@@ -72,7 +72,7 @@ void EventIndex::leave(Entry::Place& place) {
     Entry& last = *users.back();
     if (place.position != users.size() - 1) {
         users[place.position] = &last;
-        std::ranges::find(last.places, &thing, &Entry::Place::thing)->position = place.position;
+        std::ranges::find(last.places_, &thing, &Entry::Place::thing)->position = place.position;
     }
     users.pop_back();
     if (users.empty()) things_.erase(things_.find(thing.first));

@@ -76,7 +76,7 @@ class EventIndex {
             std::uint32_t position = 0;           // among its users
         };
         static constexpr std::size_t kPlaces = 6;
-        std::array<Place, kPlaces> places;
+        std::array<Place, kPlaces> places_;
     };
 
     explicit EventIndex(const ScheduleFinder& schedules) : schedules_(schedules) {}

@@ -6,8 +6,7 @@
 namespace orvc {
 namespace {
 
-constexpr int kTitlePadding = 24;       // pixels at 96 DPI around a title
-constexpr int kAddedColumnWidth = 120;  // pixels at 96 DPI of a column that has no share of its own
+constexpr int kTitlePadding = 24;  // pixels at 96 DPI around a title
 
 }  // namespace
 
@@ -45,7 +44,6 @@ void EventListView::makeColumns() {
     for (const ViewColumn& column : view_.columns)
         if (column.isShown)
             list_.addColumn(table_.strings().text(eventColumn(column.id).title), static_cast<std::size_t>(column.id));
-    hasChosenWidths_ = std::ranges::any_of(view_.columns, [](const ViewColumn& column) { return column.width > 0; });
 }
 
 int EventListView::minimumWidth(int dpi) const {
@@ -65,24 +63,23 @@ void EventListView::layOutColumns(int dpi) {
     const bool hasBar = (GetWindowLongA(list_.window(), GWL_STYLE) & WS_VSCROLL) != 0;
     const int width = client.right - (hasBar ? 0 : GetSystemMetrics(SM_CXVSCROLL));
     const int whole = std::max(width, minimumWidth(dpi));
+    const int nameShare = eventColumn(EventColumnId::kName).share;
     int rest = whole;
-    std::size_t index = 0;
     std::optional<std::size_t> name;
-    for (const ViewColumn& column : view_.columns) {
-        if (!column.isShown) continue;
-        const int share = eventColumn(column.id).share;
-        int columnWidth = hasChosenWidths_ || share == 0 ? MulDiv(kAddedColumnWidth, dpi, USER_DEFAULT_SCREEN_DPI)
-                                                         : whole * share / 100;
-        if (column.width > 0) columnWidth = MulDiv(column.width, dpi, USER_DEFAULT_SCREEN_DPI);
-        // The name takes what rounding leaves, unless widths were chosen.
-        if (column.id == EventColumnId::kName && !hasChosenWidths_)
+    for (std::size_t index = 0; index < list_.shownColumnCount(); ++index) {
+        const auto id = static_cast<EventColumnId>(list_.sourceColumn(index));
+        const ViewColumn& column = *std::ranges::find(view_.columns, id, &ViewColumn::id);
+        const int share = whole * eventColumn(id).share / 100;
+        if (id == EventColumnId::kName && column.width == 0) {
             name = index;
-        else
-            list_.setColumnWidth(index, columnWidth);
-        if (share > 0 && column.id != EventColumnId::kName) rest -= columnWidth;
-        ++index;
+            continue;
+        }
+        const int columnWidth = column.width > 0 ? MulDiv(column.width, dpi, USER_DEFAULT_SCREEN_DPI) : share;
+        list_.setColumnWidth(index, columnWidth);
+        rest -= columnWidth;
     }
-    if (name) list_.setColumnWidth(*name, rest);
+    // The name takes what is left, also what rounding leaves; beside many columns not less than its share.
+    if (name) list_.setColumnWidth(*name, std::max(rest, whole * nameShare / 100));
     laidOutOrder_ = list_.columnOrder();
     laidOutWidths_ = currentWidths();
 }
@@ -106,7 +103,6 @@ bool EventListView::readColumns(int dpi) {
         const auto id = static_cast<EventColumnId>(list_.sourceColumn(index));
         std::ranges::find(view_.columns, id, &ViewColumn::id)->width =
             std::clamp(MulDiv(widths[index], USER_DEFAULT_SCREEN_DPI, dpi), kLeastColumnWidth, kGreatestColumnWidth);
-        hasChosenWidths_ = true;
     }
     std::ranges::stable_sort(view_.columns, {}, [&](const ViewColumn& column) {
         return std::ranges::find(order, static_cast<std::size_t>(column.id)) - order.begin();

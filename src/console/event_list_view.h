@@ -88,7 +88,6 @@ class EventListView {
     std::uint64_t shownRevision_ = 0;
     std::string focusedKey_;        // of the Event that has the keyboard
     bool isSelectionTaken_ = true;  // the table knows what is highlighted
-    bool hasChosenWidths_ = false;
     std::vector<std::size_t> laidOutOrder_;
     std::vector<int> laidOutWidths_;
 };

@@ -20,7 +20,7 @@ namespace {
 constexpr int kMargin = 4;
 constexpr int kStateWidth = 150;
 constexpr int kBannerHeight = 24;
-constexpr int kDetailHeight = 38;
+constexpr int kDetailHeight = 44;  // two lines
 constexpr int kLeastListHeight = 120;
 
 constexpr EventState kStates[] = {EventState::kAll, EventState::kAvailable, EventState::kDisabled,

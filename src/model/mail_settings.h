@@ -63,10 +63,14 @@ class MailSettings final : public VariableOwner {
 
   private:
     // Stays with its settings: a copy has none, and assigned values leave it.
-    struct Observer {
+    class Observer {
+      public:
         Observer() = default;
+        ~Observer() = default;
         Observer(const Observer&) noexcept {}
-        Observer& operator=(const Observer&) noexcept { return *this; }
+        Observer(Observer&&) noexcept {}
+        Observer& operator=(const Observer&) noexcept { return *this; }  // NOLINT(bugprone-unhandled-self-assignment)
+        Observer& operator=(Observer&&) noexcept { return *this; }
         MailSettingsObserver* pointer = nullptr;
     };
 

@@ -32,7 +32,13 @@ class CheckerRecountTest : public CheckerTest {
 
     EventRecord someEvent() {
         EventRecord record;
+        // Often like another one.
+        if (const EventRecord* const other = anEvent(); other != nullptr && roll(2) == 0) record = *other;
         record.key = pick("e", 8);
+        if (!record.name) fill(record);
+        return record;
+    }
+    void fill(EventRecord& record) {
         record.name = pick("n", 3);
         record.completeBits = 1;
         record.triggerType = roll(4) == 0 ? roll(11) : 1;
@@ -47,7 +53,6 @@ class CheckerRecountTest : public CheckerTest {
         record.fileGuid = roll(2) == 0 ? "" : "{F}";
         record.disabled = roll(4) == 0 ? 1 : 0;
         record.badData = roll(4) == 0 ? 1 : 0;
-        return record;
     }
     EventRecord* anEvent() { return events_.find(pick("e", 8)); }
     const ScheduleRecord* aSchedule() { return schedules_.find(pick("s", 5)); }
@@ -101,7 +106,8 @@ class CheckerRecountTest : public CheckerTest {
     std::string changeField(EventRecord* record) {
         if (record == nullptr) return {};
         const std::string key = record->key;
-        const EventRecord other = someEvent();
+        EventRecord other;
+        fill(other);
         const std::string path = joinPath(kEventsPath, key) + "\\";
         const VariableValues values = eventValues(other, true);
         const VariableValue& value = values[roll(static_cast<unsigned>(values.size()))];
@@ -112,8 +118,11 @@ class CheckerRecountTest : public CheckerTest {
     }
     std::string changeSchedule(const ScheduleRecord* schedule) {
         if (schedule == nullptr) return {};
-        if (roll(2) == 0) {
+        const unsigned which = roll(3);
+        if (which == 0) {
             schedules_.remove(*schedule);
+        } else if (which == 1) {
+            schedules_.setHours(*schedule, roll(2) == 0 ? WeekMask() : WeekMask::everySlot());
         } else {
             ScheduleRecord saved = *schedule;
             saved.name = pick("s", 5);

@@ -127,7 +127,7 @@ std::optional<LRESULT> ListView::onNotify(NMHDR& header) {
         }
         case LVN_ODFINDITEMW: {
             const auto& asked = reinterpret_cast<NMLVFINDITEMW&>(header);
-            return findByPrefix(asked.lvfi.flags, asked.lvfi.psz != nullptr ? fromWide(asked.lvfi.psz) : "",
+            return findByPrefix(asked.lvfi.flags, asked.lvfi.psz != nullptr ? win32::fromWide(asked.lvfi.psz) : "",
                                 asked.iStart);
         }
         case LVN_ITEMCHANGED:

@@ -34,7 +34,7 @@ const DLGTEMPLATE* findDialogIn(HMODULE module, unsigned id) {
 }  // namespace
 
 bool Resources::loadLanguage(const std::string& fileName) {
-    const std::string path = programFolder() + "\\" + fileName;
+    const std::string path = win32::programFolder() + "\\" + fileName;
     if (GetFileAttributesA(path.c_str()) == INVALID_FILE_ATTRIBUTES) return false;
     win32::UniqueModule library(
         LoadLibraryExA(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE));

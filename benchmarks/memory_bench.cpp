@@ -1,4 +1,5 @@
-// memory_bench: what the console keeps in memory for each Event, store and records together, against the bytes of the
+// memory_bench: what the console keeps in memory for each Event, store, records, rows and the
+// texts in which the list is searched together, against the bytes of the
 // names and values that the server sent. For 32-bit Windows, as the console is.
 #include <windows.h>
 
@@ -29,6 +30,7 @@ void run() {
             const auto text = v.text ? std::optional<std::string_view>(*v.text) : std::nullopt;
             mirror.store.doSystemVariableUpdate({v.name, v.type, text, v.number});
         });
+    mirror.table.prepareTexts(kEvents);
     report("memory.kept", (residentBytes() - before) / kEvents);
     report("memory.sent", sent / kEvents);
 }

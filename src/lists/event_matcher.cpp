@@ -15,8 +15,8 @@ void EventMatcher::reset() {
             const Mask bit = Mask{1} << i;
             const auto column = terms_[first + i].column;
             if (!column) part.anywhere |= bit;
-            for (std::size_t each = 0; each < kEventColumnCount; ++each)
-                if (!column || static_cast<std::size_t>(*column) == each) part.inColumn[each] |= bit;
+            for (std::size_t each = 0; each < kSharedColumns.size(); ++each)
+                if (!column || *column == kSharedColumns[each]) part.inColumn[each] |= bit;
         }
     }
 }
@@ -41,8 +41,8 @@ bool EventMatcher::hasState(const EventValues& values) const {
 
 bool EventMatcher::matches(Part& part, const EventValues& values, std::string_view own, const TextPool& pool) const {
     Mask found = 0;
-    for (std::size_t column = 0; column < kEventColumnCount; ++column)
-        if (values.texts[column] != 0) found |= search(part, values.texts[column], pool) & part.inColumn[column];
+    for (std::size_t i = 0; i < values.texts.size(); ++i)
+        if (values.texts[i] != 0) found |= search(part, values.texts[i], pool) & part.inColumn[i];
     Mask missing = part.all & ~found;
     if ((missing & ~part.anywhere) != 0) return false;
     for (std::size_t i = 0; missing != 0; ++i, missing >>= 1)

@@ -39,9 +39,9 @@ class EventMatcher {
         std::size_t first = 0;  // in terms_
         std::size_t count = 0;
         Mask all = 0;
-        Mask anywhere = 0;                               // terms of no column
-        std::array<Mask, kEventColumnCount> inColumn{};  // terms that may be found there
-        std::vector<Mask> foundIn;                       // by text: kSearched and the terms that it holds
+        Mask anywhere = 0;                                   // terms of no column
+        std::array<Mask, kSharedColumns.size()> inColumn{};  // terms that may be found there
+        std::vector<Mask> foundIn;                           // by text: kSearched and the terms that it holds
     };
 
     bool hasState(const EventValues& values) const;

@@ -1,7 +1,10 @@
 #include "lists/event_order.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
+#include <functional>
+#include <numeric>
 #include <utility>
 
 namespace orvc {
@@ -11,18 +14,21 @@ int compareNumbers(std::uint32_t a, std::uint32_t b) {
     return a < b ? -1 : a > b ? 1 : 0;
 }
 
-// Keeps rows of equal ranks as they stand.
-template <typename Place, typename RankOf>
-void sortByRank(std::vector<const Place*>& rows, bool descending, const RankOf& rankOf) {
-    constexpr std::uint64_t kLow = 0xFFFFFFFF;
-    std::vector<std::uint64_t> sorted(rows.size());
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        const std::uint32_t rank = rankOf(*rows[i]);
-        sorted[i] = std::uint64_t{descending ? ~rank : rank} << 32 | i;
+// Sorts slots by the number that each has. Equal ones stay as they stand. Three rounds of eleven bits.
+void sortByNumber(std::vector<EventOrder::Slot>& slots, const std::vector<std::uint32_t>& numbers) {
+    constexpr int kBits = 11;
+    constexpr std::uint32_t kDigits = 1 << kBits;
+    std::vector<EventOrder::Slot> sorted(slots.size());
+    for (int shift = 0; shift < 32; shift += kBits) {
+        const auto digit = [&](EventOrder::Slot slot) { return numbers[slot] >> shift & (kDigits - 1); };
+        std::array<std::size_t, kDigits + 1> places{};
+        for (const EventOrder::Slot slot : slots)
+            ++places[digit(slot) + 1];
+        std::partial_sum(places.begin(), places.end(), places.begin());
+        for (const EventOrder::Slot slot : slots)
+            sorted[places[digit(slot)]++] = slot;
+        slots.swap(sorted);
     }
-    std::ranges::sort(sorted);
-    const std::vector<const Place*> before = rows;
-    std::ranges::transform(sorted, rows.begin(), [&](std::uint64_t each) { return before[each & kLow]; });
 }
 
 }  // namespace
@@ -43,89 +49,106 @@ void EventOrder::sortAnew() {
 
 void EventOrder::arrange(std::vector<EventSortKey> keys) {
     const std::vector<const EventRecord*> renamed = texts_.renamed();
-    if (keys.empty()) {
-        model_.arrange(nullptr, nullptr, renamed);
-        keys_.clear();
-        placed_.clear();
-    } else {
-        model_.arrange([this](const Place& a, const Place& b) { return compare(a, b); },
-                       [&](Places& rows) { permute(rows, keys); }, renamed);
-    }
+    Model::Compare compareRows;
+    if (!keys.empty()) compareRows = [this](Slot a, Slot b) { return compare(a, b); };
+    model_.arrange(
+        std::move(compareRows), [&](Slots& slots) { permute(slots, keys, !renamed.empty()); }, renamed);
     texts_.forgetRenamed();
 }
 
-void EventOrder::permute(Places& rows, std::vector<EventSortKey>& keys) {
-    std::vector<EventValues> values(model_.slotEnd());
-    Ranks nameRanks(values.size());
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        values[rows[i]->slot] = texts_.values(rows[i]->slot);
-        if (i == 0) continue;
-        const std::uint32_t before = nameRanks[rows[i - 1]->slot];
-        nameRanks[rows[i]->slot] = before + (rows[i]->order != rows[i - 1]->order ? 1 : 0);
+// What may fail comes first; then the members take it over.
+void EventOrder::permute(Slots& slots, std::vector<EventSortKey>& keys, bool areRenamed) {
+    Given given = given_;
+    Slots sorted = slots;
+    if (given.positions.empty() || areRenamed) {
+        if (!isGiven() || areRenamed) model_.sortAsGiven(sorted);
+        given = readGiven(sorted);
     }
+    sortByNumber(sorted, given.positions);
+    std::vector<EventValues> values;
+    if (!keys.empty()) values = texts_.allValues();
     // The least important column first: each sort keeps what the one before did.
     for (auto key = keys.rbegin(); key != keys.rend(); ++key) {
-        const auto sort = [&](const auto& rankOf) { sortByRank(rows, key->descending, rankOf); };
-        if (key->column == EventColumnId::kName) {
-            sort([&](const Place& row) { return nameRanks[row.slot]; });
-        } else if (key->column == EventColumnId::kLastEvent) {
-            sort([&](const Place& row) { return values[row.slot].lastTriggered; });
-        } else if (key->column == EventColumnId::kDelay) {
-            sort([&](const Place& row) { return values[row.slot].delay; });
-        } else {
-            const auto column = static_cast<std::size_t>(key->column);
-            const Ranks ranks = rankTexts(column, values, rows);
-            sort([&](const Place& row) { return ranks[values[row.slot].texts[column]]; });
-        }
+        Numbers numbers = key->column == EventColumnId::kName ? given.names : numbersOf(key->column, values);
+        if (key->descending) std::ranges::transform(numbers, numbers.begin(), std::bit_not<>());
+        sortByNumber(sorted, numbers);
     }
+    if (keys.empty()) given = {};
+    slots.swap(sorted);
+    given_ = std::move(given);
     placed_.swap(values);
     keys_.swap(keys);
 }
 
+EventOrder::Given EventOrder::readGiven(const Slots& slots) const {
+    Given given{Numbers(model_.slotEnd()), Numbers(model_.slotEnd())};
+    std::uint32_t name = 0;
+    for (std::size_t i = 0; i < slots.size(); ++i) {
+        if (i > 0 && model_.orderOf(slots[i]) != model_.orderOf(slots[i - 1])) ++name;
+        given.positions[slots[i]] = static_cast<std::uint32_t>(i);
+        given.names[slots[i]] = name;
+    }
+    return given;
+}
+
+EventOrder::Numbers EventOrder::numbersOf(EventColumnId column, const std::vector<EventValues>& values) {
+    Numbers numbers(values.size());
+    if (column == EventColumnId::kLastEvent) {
+        std::ranges::transform(values, numbers.begin(), &EventValues::lastTriggered);
+    } else if (column == EventColumnId::kDelay) {
+        std::ranges::transform(values, numbers.begin(), &EventValues::delay);
+    } else {
+        const std::size_t index = sharedIndex(column);
+        const Numbers ranks = rankTexts(index, values);
+        std::ranges::transform(values, numbers.begin(),
+                               [&](const EventValues& each) { return ranks[each.texts[index]]; });
+    }
+    return numbers;
+}
+
 // By text. Only of the texts in that column: the others need no sort keys.
-EventOrder::Ranks EventOrder::rankTexts(std::size_t column, const std::vector<EventValues>& values,
-                                        const Places& rows) {
+EventOrder::Numbers EventOrder::rankTexts(std::size_t index, const std::vector<EventValues>& values) {
     std::vector<bool> isThere(texts_.pool().size());
-    for (const Place* row : rows)
-        isThere[values[row->slot].texts[column]] = true;
+    for (const EventValues& each : values)
+        isThere[each.texts[index]] = true;
     std::vector<TextPool::Id> texts;
     for (TextPool::Id id = 0; id < isThere.size(); ++id)
         if (isThere[id]) texts.push_back(id);
     return texts_.pool().rank(std::move(texts));
 }
 
-int EventOrder::compare(const Place& a, const Place& b) const {
+int EventOrder::compare(Slot a, Slot b) const {
     for (const EventSortKey& key : keys_)
         if (const int compared = compareBy(key.column, a, b); compared != 0)
             return key.descending ? -compared : compared;
     return 0;
 }
 
-int EventOrder::compareBy(EventColumnId column, const Place& a, const Place& b) const {
-    const EventValues& first = placed_[a.slot];
-    const EventValues& second = placed_[b.slot];
-    const auto index = static_cast<std::size_t>(column);
+int EventOrder::compareBy(EventColumnId column, Slot a, Slot b) const {
+    const EventValues& first = placed_[a];
+    const EventValues& second = placed_[b];
     switch (column) {
         case EventColumnId::kName:
-            return a.order.compare(b.order);
+            return model_.orderOf(a).compare(model_.orderOf(b));
         case EventColumnId::kLastEvent:
             return compareNumbers(first.lastTriggered, second.lastTriggered);
         case EventColumnId::kDelay:
             return compareNumbers(first.delay, second.delay);
         default:
-            return texts_.pool().compare(first.texts[index], second.texts[index]);
+            return texts_.pool().compare(first.texts[sharedIndex(column)], second.texts[sharedIndex(column)]);
     }
 }
 
-void EventOrder::makeRoom() {
-    if (!isGiven() && model_.slotEnd() > placed_.size()) placed_.resize(model_.slotEnd());
+void EventOrder::makeRoom(Slot slot) {
+    if (!isGiven() && slot >= placed_.size()) placed_.resize(slot + 1);
 }
 
 void EventOrder::came(Slot slot) {
     if (isGiven()) return;
+    given_ = {};
     const EventValues values = texts_.values(slot);
-    for (const EventSortKey& key : keys_)
-        texts_.pool().prepareToCompare(values.texts[static_cast<std::size_t>(key.column)]);
+    for (const TextPool::Id text : values.texts)
+        texts_.pool().prepareToCompare(text);
     placed_[slot] = values;
 }
 

@@ -41,31 +41,43 @@ class EventOrder {
 
     // ---- Rows come and go
 
-    // To be called before a row gets its slot. Throws std::bad_alloc.
-    void makeRoom();
+    // To be called before a row comes into that slot. Throws std::bad_alloc.
+    void makeRoom(Slot slot);
     // Remembers what the row holds. Throws std::bad_alloc; the row then counts as one that holds nothing.
     void came(Slot slot);
     void gone(Slot slot);
-    void clear() { placed_.clear(); }
+    void clear() {
+        placed_.clear();
+        given_ = {};
+    }
 
     // What all rows held when they found their places, by slot.
     std::span<EventValues> placed() { return placed_; }
 
   private:
-    using Place = Model::Place;
-    using Places = std::vector<const Place*>;
-    using Ranks = std::vector<std::uint32_t>;
+    using Numbers = std::vector<std::uint32_t>;
+    using Slots = std::vector<Slot>;
 
     void arrange(std::vector<EventSortKey> keys);
-    void permute(Places& rows, std::vector<EventSortKey>& keys);
-    Ranks rankTexts(std::size_t column, const std::vector<EventValues>& values, const Places& rows);
-    int compare(const Place& a, const Place& b) const;
-    int compareBy(EventColumnId column, const Place& a, const Place& b) const;
+    void permute(Slots& slots, std::vector<EventSortKey>& keys, bool areRenamed);
+    Numbers numbersOf(EventColumnId column, const std::vector<EventValues>& values);
+    Numbers rankTexts(std::size_t index, const std::vector<EventValues>& values);
+    int compare(Slot a, Slot b) const;
+    int compareBy(EventColumnId column, Slot a, Slot b) const;
 
     Model& model_;
     EventTexts& texts_;
     std::vector<EventSortKey> keys_;
     std::vector<EventValues> placed_;  // by slot; empty in the given order
+
+    // Where each row stands in the given order, by slot, so that names are compared once only while the list is sorted
+    // by one column after the other. Empty when not known; rows that went leave gaps.
+    struct Given {
+        Numbers positions;
+        Numbers names;  // the same for equal names
+    };
+    Given readGiven(const Slots& slots) const;
+    Given given_;
 };
 
 }  // namespace orvc

@@ -50,13 +50,17 @@ void EventTable::eventChanged(const EventRecord& record, bool renamed) {
 }
 
 void EventTable::insert(const EventRecord& record) {
-    texts_.makeRoom(model_.slotEnd());
-    order_.makeRoom();
-    model_.insert(record);
-    const auto slot = model_.slotOf(record);
-    texts_.add(*slot, record);
+    const Model::Slot slot = model_.nextSlot();
+    order_.makeRoom(slot);
+    texts_.add(slot, record);
     try {
-        order_.came(*slot);
+        model_.insert(record);
+    } catch (...) {
+        texts_.forget(slot);
+        throw;
+    }
+    try {
+        order_.came(slot);
     } catch (const std::bad_alloc&) {
         // The row stands where an empty one would, until the list is sorted anew.
     }
@@ -84,7 +88,7 @@ void EventTable::filterBy(std::string_view text, EventState state) {
     if (isEmpty)
         model_.filterBy(nullptr);
     else
-        model_.filterBy([this](const EventRecord& record, Model::Slot slot) { return texts_.passes(slot, record); });
+        model_.filterBy([this](const EventRecord&, Model::Slot slot) { return texts_.passes(slot); });
 }
 
 void EventTable::order(const EventSortKey* key) {

@@ -20,13 +20,11 @@ EventTexts::EventTexts(const EventTextSource& source, TextFolder fold, SortKeyMa
 // ---------------------------------------------------------------------------------------------------------------------
 // Rows
 
-void EventTexts::makeRoom(Slot end) {
-    if (end > rows_.capacity()) rows_.reserve(std::max<std::size_t>(end, rows_.size() + rows_.size() / 2));
-    if (end > rows_.size()) rows_.resize(end);
-}
-
 void EventTexts::add(Slot slot, const EventRecord& record) {
-    if (rows_[slot].record == &record) return;
+    if (slot >= rows_.size()) {
+        verdicts_.resize(slot + 1);
+        rows_.resize(slot + 1);
+    }
     rows_[slot].record = &record;
     changed(slot, false);
 }
@@ -34,6 +32,7 @@ void EventTexts::add(Slot slot, const EventRecord& record) {
 void EventTexts::changed(Slot slot, bool renamed) {
     rows_[slot].isFresh = false;
     rows_[slot].isRenamed |= renamed;
+    verdicts_[slot] = Verdict::kUnknown;
     unprepared_ = std::min(unprepared_, slot);
     if (!scheduleNames_.empty()) scheduleNames_.clear();
 }
@@ -41,6 +40,7 @@ void EventTexts::changed(Slot slot, bool renamed) {
 void EventTexts::allChanged() {
     for (Row& row : rows_)
         row.isFresh = false;
+    std::ranges::fill(verdicts_, Verdict::kUnknown);
     unprepared_ = 0;
     byCode_.clear();
     scheduleNames_.clear();
@@ -49,11 +49,13 @@ void EventTexts::allChanged() {
 void EventTexts::forget(Slot slot) {
     ownUsed_ -= rows_[slot].ownSize;
     rows_[slot] = {};
+    verdicts_[slot] = Verdict::kUnknown;
     if (!scheduleNames_.empty()) scheduleNames_.clear();
 }
 
 void EventTexts::clear() {
     rows_.clear();
+    verdicts_.clear();
     unprepared_ = 0;
     own_.clear();
     ownUsed_ = 0;
@@ -79,6 +81,16 @@ const EventValues& EventTexts::values(Slot slot) {
     return rows_[slot].values;
 }
 
+std::vector<EventValues> EventTexts::allValues() {
+    std::vector<EventValues> values(rows_.size());
+    for (std::size_t slot = 0; slot < rows_.size(); ++slot) {
+        if (rows_[slot].record == nullptr) continue;
+        refresh(rows_[slot]);
+        values[slot] = rows_[slot].values;
+    }
+    return values;
+}
+
 std::vector<const EventRecord*> EventTexts::renamed() const {
     std::vector<const EventRecord*> renamed;
     for (const Row& row : rows_)
@@ -94,8 +106,8 @@ void EventTexts::forgetRenamed() {
 void EventTexts::refresh(Row& row) {
     if (row.isFresh) return;
     const EventRecord& record = *row.record;
-    for (std::size_t column = 0; column < kEventColumnCount; ++column)
-        if (isPooled(column)) row.values.texts[column] = textOf(column, record);
+    for (std::size_t i = 0; i < kSharedColumns.size(); ++i)
+        row.values.texts[i] = textOf(kSharedColumns[i], record);
     row.values.lastTriggered = record.lastTriggered.value_or(0);
     row.values.delay = eventDelay(record);
     row.values.status = eventStatus(record, source_);
@@ -103,16 +115,15 @@ void EventTexts::refresh(Row& row) {
     const TextFolder& fold = pool_.folder();
     setOwn(row, fold(eventColumn(EventColumnId::kName).text(record, source_)) + kSeparator +
                     fold(eventColumn(EventColumnId::kLastEvent).text(record, source_)));
-    row.passes = !matcher_ || matcher_->matches(row.values, own(row), pool_);
     row.isFresh = true;
 }
 
-TextPool::Id EventTexts::textOf(std::size_t column, const EventRecord& record) {
-    const EventColumn& each = eventColumns()[column];
-    if (column == static_cast<std::size_t>(EventColumnId::kSchedule)) return scheduleOf(record);
+TextPool::Id EventTexts::textOf(EventColumnId column, const EventRecord& record) {
+    const EventColumn& each = eventColumn(column);
+    if (column == EventColumnId::kSchedule) return scheduleOf(record);
     const auto code = each.code != nullptr ? each.code(record, source_) : std::nullopt;
     if (!code) return pool_.intern(each.text(record, source_));
-    const std::uint64_t key = std::uint64_t{column} << 32 | *code;
+    const std::uint64_t key = static_cast<std::uint64_t>(column) << 32 | *code;
     if (const auto known = byCode_.find(key); known != byCode_.end()) return known->second;
     const TextPool::Id id = pool_.intern(each.text(record, source_));
     byCode_.emplace(key, id);
@@ -165,29 +176,23 @@ void EventTexts::compactOwn() {
 void EventTexts::filterBy(EventMatcher matcher) {
     matcher_.reset();
     if (matcher.isEmpty()) return;
-    // What has changed is brought up to date for the new filter at the same time.
     matcher_.emplace(std::move(matcher));
-    try {
-        for (Row& row : rows_)
-            if (row.record != nullptr) filter(row);
-    } catch (...) {
-        allChanged();
-        throw;
-    }
+    std::ranges::fill(verdicts_, Verdict::kUnknown);
+    for (Slot slot = 0; slot < rows_.size(); ++slot)
+        if (rows_[slot].record != nullptr) judge(slot);
 }
 
-void EventTexts::filter(Row& row) {
-    if (row.isFresh)
-        row.passes = matcher_->matches(row.values, own(row), pool_);
-    else
-        refresh(row);
+void EventTexts::judge(Slot slot) {
+    Row& row = rows_[slot];
+    refresh(row);
+    const bool passes = !matcher_ || matcher_->matches(row.values, own(row), pool_);
+    verdicts_[slot] = passes ? Verdict::kPasses : Verdict::kFails;
 }
 
-bool EventTexts::passes(Slot slot, const EventRecord& record) noexcept {
+bool EventTexts::passes(Slot slot) noexcept {
     try {
-        add(slot, record);
-        refresh(rows_[slot]);
-        return rows_[slot].passes;
+        if (verdicts_[slot] == Verdict::kUnknown) judge(slot);
+        return verdicts_[slot] == Verdict::kPasses;
     } catch (const std::bad_alloc&) {
         return true;
     }

@@ -30,9 +30,7 @@ class EventTexts {
 
     // ---- Rows
 
-    // Room for all slots below `end`.
-    void makeRoom(Slot end);
-    // Nothing happens when that record is there already.
+    // A row is about to come into that slot.
     void add(Slot slot, const EventRecord& record);
     // Its record, or what that refers to, has changed. `renamed` when it may stand behind another name now: see
     // renamed().
@@ -46,6 +44,8 @@ class EventTexts {
 
     // Brings the row up to date.
     const EventValues& values(Slot slot);
+    // Of all rows, brought up to date, by slot.
+    std::vector<EventValues> allValues();
     // Rows that changed() called renamed since the last forgetRenamed().
     std::vector<const EventRecord*> renamed() const;
     void forgetRenamed();
@@ -55,7 +55,7 @@ class EventTexts {
     // `matcher` decides from here on what passes() says, for all rows at once.
     void filterBy(EventMatcher matcher);
     // Whether a row passes the filter. Without the memory to find out it does.
-    bool passes(Slot slot, const EventRecord& record) noexcept;
+    bool passes(Slot slot) noexcept;
 
     TextPool& pool() { return pool_; }
     const TextPool& pool() const { return pool_; }
@@ -72,12 +72,13 @@ class EventTexts {
         std::uint32_t ownSize = 0;
         bool isFresh = false;
         bool isRenamed = false;
-        bool passes = false;  // the filter; only when fresh
     };
+    // What is known of a row and the filter.
+    enum class Verdict : std::uint8_t { kUnknown, kPasses, kFails };
 
     void refresh(Row& row);
-    void filter(Row& row);
-    TextPool::Id textOf(std::size_t column, const EventRecord& record);
+    void judge(Slot slot);
+    TextPool::Id textOf(EventColumnId column, const EventRecord& record);
     TextPool::Id scheduleOf(const EventRecord& record);
     void setOwn(Row& row, const std::string& text);
     void compactOwn();
@@ -85,9 +86,10 @@ class EventTexts {
 
     const EventTextSource& source_;
     TextPool pool_;
-    std::vector<Row> rows_;  // by slot; without a record where there is none
-    Slot unprepared_ = 0;    // rows below are fresh or have changed since
-    std::string own_;        // folded names and times
+    std::vector<Row> rows_;          // by slot; without a record where there is none
+    std::vector<Verdict> verdicts_;  // by slot: a filter of ten thousands of rows should touch little memory
+    Slot unprepared_ = 0;            // rows below are fresh or have changed since
+    std::string own_;                // folded names and times
     std::size_t ownUsed_ = 0;
     std::optional<EventMatcher> matcher_;
     std::unordered_map<std::uint64_t, TextPool::Id> byCode_;       // of column and code

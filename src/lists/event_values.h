@@ -10,20 +10,30 @@
 
 namespace orvc {
 
-// All columns but the name, which orders the list by itself.
+// The columns whose texts Events share: all but the name and the time of the last Event.
+inline constexpr std::array kSharedColumns{
+    EventColumnId::kStatus,      EventColumnId::kResponse, EventColumnId::kTrigger,
+    EventColumnId::kSource,      EventColumnId::kDelay,    EventColumnId::kSchedule,
+    EventColumnId::kDestination, EventColumnId::kContent,  EventColumnId::kProblem,
+};
+
+// All but the name, which orders the list by itself.
 struct EventValues {
-    // Of each column in a TextPool; unused for the name and the time of the last Event, which hardly two Events share.
-    std::array<TextPool::Id, kEventColumnCount> texts{};
-    std::uint32_t lastTriggered = 0;  // seconds since 1970 UTC; 0 = never
-    std::uint32_t delay = 0;          // seconds
+    std::array<TextPool::Id, kSharedColumns.size()> texts{};  // in a TextPool
+    std::uint32_t lastTriggered = 0;                          // seconds since 1970 UTC; 0 = never
+    std::uint32_t delay = 0;                                  // seconds
     EventStatus status = EventStatus::kAvailable;
     bool hasProblem = false;
 };
 
-// Whether a column's text is in the pool.
-inline bool isPooled(std::size_t column) {
-    return column != static_cast<std::size_t>(EventColumnId::kName) &&
-           column != static_cast<std::size_t>(EventColumnId::kLastEvent);
+// The place in EventValues::texts of a column that is among the shared ones.
+constexpr std::size_t sharedIndex(EventColumnId column) {
+    return static_cast<std::size_t>(column) - (column > EventColumnId::kLastEvent ? 2 : 1);
 }
+static_assert([] {
+    for (std::size_t i = 0; i < kSharedColumns.size(); ++i)
+        if (sharedIndex(kSharedColumns[i]) != i) return false;
+    return true;
+}());
 
 }  // namespace orvc

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <optional>
 #include <span>
@@ -24,8 +25,9 @@ namespace orvc {
 // survives when the records are freed and come again. The given order is that of a text that the caller makes of each
 // record, compared byte by byte; of equal texts the row that came last comes first. arrange() sets up any other order.
 //
-// Each row has a slot: a small number that stays with it until it goes. What a caller keeps for each row is found by
-// slot in an array, faster than by record. Slots of rows that went are given out again.
+// Each row has a slot: a small number that stays with it until it goes. What is known of each row lies in arrays by
+// slot, here and with the caller: a pass over ten thousands of rows then touches little memory. Slots of rows that went
+// are given out again.
 //
 // Rows that come in bursts wait and find their places together, a few hundred at a time, at the latest when somebody
 // asks for a row: one at a time, each of a hundred thousand would move half of the others.
@@ -41,17 +43,11 @@ class ListModel {
     using OrderKey = std::function<std::string(const Record&)>;
     using Filter = std::function<bool(const Record&, Slot)>;
     using KeyOf = std::function<std::string_view(const Record&)>;
-
-    // What is known of a row's place: its slot, and the text that orders it in the given order.
-    struct Place {
-        Slot slot = 0;
-        std::string order;
-    };
-    // Below 0 when the first row comes before the second, above 0 when it comes after, 0 when the given order decides.
-    // The answer for two rows must stay the same until the next arrange(), whatever becomes of their records.
-    using Compare = std::function<int(const Place&, const Place&)>;
-    // Brings rows, which stand in the given order, into another one.
-    using Permute = std::function<void(std::vector<const Place*>&)>;
+    // Below 0 when the row of the first slot comes before that of the second, above 0 when it comes after, 0 when the
+    // given order decides. The answer stays the same until the next arrange(), whatever becomes of the records.
+    using Compare = std::function<int(Slot, Slot)>;
+    // Brings slots of rows, as they stand, into another order.
+    using Permute = std::function<void(std::vector<Slot>&)>;
 
     // `orderKey` makes the text that orders a record; `keyOf` names a record for good, in a text that lives as long as
     // the record.
@@ -64,119 +60,125 @@ class ListModel {
         std::string order = orderKey_(record);
         const std::string key(absent_.empty() ? std::string_view() : keyOf_(record));
         if (waiting_ == kMostWaiting) settle();
-        // From here on only the node itself can lack memory.
-        if (all_.size() == all_.capacity()) all_.reserve(2 * all_.size() + 1);
-        if (filter_) shown_.reserve(all_.capacity());
-        freeSlots_.reserve(all_.capacity());  // so that erase() needs none
-        const auto [place, isNew] = nodes_.try_emplace(&record);
-        if (!isNew) return;
-        Node& node = place->second;
-        node.record = &record;
-        node.slot = takeSlot();
-        node.order = std::move(order);
-        node.serial = ++lastSerial_;
-        node.isShown = passes(node);
-        node.isSelected = node.isShown && !absent_.empty() && absent_.erase(key) > 0;
-        if (node.isSelected) ++selectedCount_;
-        all_.push_back(&node);
+        makeRoom();
+        const Slot slot = nextSlot();
+        // From here on only this can lack memory.
+        if (!slots_.try_emplace(&record, slot).second) return;
+        if (!freeSlots_.empty()) freeSlots_.pop_back();
+        rows_[slot] = {std::move(order), ++lastSerial_};
+        records_[slot] = &record;
+        isShown_[slot] = passes(slot);
+        isSelected_[slot] = isShown_[slot] && !absent_.empty() && absent_.erase(key) > 0;
+        if (isSelected_[slot]) ++selectedCount_;
+        all_.push_back(slot);
         ++waiting_;
         changed();
     }
 
     // The record is about to go: its row goes, and its selection with it.
     void erase(const Record& record) {
-        const auto found = nodes_.find(&record);
-        if (found == nodes_.end()) return;
+        const auto found = slots_.find(&record);
+        if (found == slots_.end()) return;
+        const Slot slot = found->second;
         settle();
-        take(found->second);
-        if (found->second.isSelected) --selectedCount_;
-        freeSlots_.push_back(found->second.slot);
-        nodes_.erase(found);
+        take(slot);
+        deselect(slot);
+        freeSlots_.push_back(slot);
+        records_[slot] = nullptr;
+        slots_.erase(found);
         changed();
     }
 
     // What the row shows has changed. Its place stays, whatever the order; the filter is asked again.
     void update(const Record& record) {
-        const auto found = nodes_.find(&record);
-        if (found == nodes_.end()) return;
+        const auto slot = slotOf(record);
+        if (!slot) return;
         changed();
         if (!filter_) return;
-        const bool isShown = passes(found->second);
-        if (isShown == found->second.isShown) return;
+        const bool isShown = passes(*slot);
+        if (isShown == isShown_[*slot]) return;
         settle();
-        setShown(found->second, isShown);
+        setShown(*slot, isShown);
     }
 
     // What orders the record in the given order has changed: its row goes to where it belongs now.
     void reorder(const Record& record) {
-        const auto found = nodes_.find(&record);
-        if (found == nodes_.end()) return;
+        const auto slot = slotOf(record);
+        if (!slot) return;
         std::string order = orderKey_(record);
-        if (order == found->second.order) return update(record);
+        if (order == rows_[*slot].order) return update(record);
         settle();
-        Node& node = found->second;
-        take(node);
-        node.order = std::move(order);
-        node.serial = ++lastSerial_;
-        node.isShown = passes(node);
-        put(node);
+        take(*slot);
+        rows_[*slot] = {std::move(order), ++lastSerial_};
+        isShown_[*slot] = passes(*slot);
+        put(*slot);
         changed();
     }
 
     // Every record is about to go. What was selected is selected again when a record of its key comes.
     void clear() {
-        for (const Node* node : all_)
-            if (node->isSelected) absent_.emplace(keyOf_(*node->record));
-        nodes_.clear();
+        for (const Slot slot : all_)
+            if (isSelected_[slot]) absent_.emplace(keyOf_(*records_[slot]));
+        slots_.clear();
+        rows_.clear();
+        records_.clear();
+        isShown_.clear();
+        isSelected_.clear();
+        freeSlots_.clear();
         all_.clear();
         shown_.clear();
-        freeSlots_.clear();
-        slotCount_ = 0;
         waiting_ = 0;
         selectedCount_ = 0;
         changed();
     }
 
-    bool contains(const Record& record) const { return nodes_.contains(&record); }
+    bool contains(const Record& record) const { return slots_.contains(&record); }
     // Nothing when the record has no row.
     std::optional<Slot> slotOf(const Record& record) const {
-        const auto found = nodes_.find(&record);
-        return found != nodes_.end() ? std::optional(found->second.slot) : std::nullopt;
+        const auto found = slots_.find(&record);
+        return found != slots_.end() ? std::optional(found->second) : std::nullopt;
     }
-    // Every slot is below this one, also that of the next row to come.
-    Slot slotEnd() const { return slotCount_ + 1; }
+    // The slot that the next row to come will have.
+    Slot nextSlot() const { return freeSlots_.empty() ? static_cast<Slot>(all_.size()) : freeSlots_.back(); }
+    // Every slot in use is below this one.
+    Slot slotEnd() const { return static_cast<Slot>(all_.size() + freeSlots_.size()); }
 
     // ---- Order and filter
 
-    // Sets up another order, or the given one when `compare` is empty. `permute` puts the rows into it all at once, and
-    // `compare` finds the place of a row that comes later, so both must mean the same order. When `permute` returns,
+    // Sets up another order. `permute` puts the rows into it all at once, and `compare` finds the place of a row that
+    // comes later, so both must mean the same order; an empty `compare` means the given one. When `permute` returns,
     // the new order is in use. `renamed` are rows whose text in the given order is another one by now.
     void arrange(Compare compare, const Permute& permute, std::span<const Record* const> renamed = {}) {
         settle();
-        std::vector<Renewed> renewed = renew(renamed);
-        const auto swapOrders = [&] {
-            for (Renewed& each : renewed) {
-                each.node->order.swap(each.order);
-                std::swap(each.node->serial, each.serial);
-            }
+        std::vector<std::pair<Slot, Row>> renewed = renew(renamed);
+        std::vector<Slot> sorted = all_;
+        const auto swapRows = [&] {
+            for (auto& [slot, row] : renewed)
+                std::swap(rows_[slot], row);
         };
-        swapOrders();
+        swapRows();
         try {
-            Nodes sorted = inGivenOrder();
-            if (permute) sorted = permuted(sorted, permute);
-            std::ranges::copy(sorted, all_.begin());
+            permute(sorted);
         } catch (...) {
-            swapOrders();
+            swapRows();
             throw;
         }
+        std::ranges::copy(sorted, all_.begin());
         compare_ = std::move(compare);
         rebuildShown();
         changed();
     }
+    // Brings rows into the given order. Throws std::bad_alloc and changes nothing then.
+    void sortAsGiven(std::vector<Slot>& slots) const {
+        sortByText(
+            slots, [this](Slot slot) -> const std::string& { return orderOf(slot); },
+            [this](Slot a, Slot b) { return rows_[a].serial > rows_[b].serial; });
+    }
+    // The text by which a row is placed in the given order.
+    const std::string& orderOf(Slot slot) const { return rows_[slot].order; }
 
     // Shows only the records that `filter` accepts; an empty one shows all. What it hides is no longer selected.
     void filterBy(Filter filter) {
-        settle();
         shown_.reserve(all_.capacity());
         filter_ = std::move(filter);
         filterAnew();
@@ -184,9 +186,9 @@ class ListModel {
     // What the filter says may be something else for any row.
     void filterAnew() {
         settle();
-        for (Node* node : all_) {
-            node->isShown = passes(*node);
-            if (!node->isShown) deselect(*node);
+        for (const Slot slot : all_) {
+            isShown_[slot] = passes(slot);
+            if (!isShown_[slot]) deselect(slot);
         }
         rebuildShown();
         changed();
@@ -199,39 +201,42 @@ class ListModel {
     std::size_t total() const { return all_.size(); }
 
     // `row` is less than size(). Valid until the next change.
-    const Record& at(std::size_t row) const {
-        settle();
-        return *rows()[row]->record;
-    }
+    const Record& at(std::size_t row) const { return *records_[slotAt(row)]; }
 
     // The record's row; nothing when it has none or is not shown.
     std::optional<std::size_t> rowOf(const Record& record) const {
-        const auto found = nodes_.find(&record);
-        if (found == nodes_.end() || !found->second.isShown) return std::nullopt;
+        const auto slot = slotOf(record);
+        if (!slot || !isShown_[*slot]) return std::nullopt;
         settle();
-        return static_cast<std::size_t>(placeOf(rows(), found->second) - rows().begin());
+        return static_cast<std::size_t>(placeOf(shownSlots(), *slot) - shownSlots().begin());
     }
 
     // ---- Selection
 
-    bool isSelected(std::size_t row) const {
-        settle();
-        return rows()[row]->isSelected;
-    }
+    bool isSelected(std::size_t row) const { return isSelected_[slotAt(row)]; }
     std::size_t selectedCount() const { return selectedCount_; }
     // The first selected row; nothing when none is.
     std::optional<std::size_t> firstSelected() const {
         if (selectedCount_ == 0) return std::nullopt;
         settle();
-        const auto found = std::ranges::find_if(rows(), [](const Node* node) { return node->isSelected; });
-        if (found == rows().end()) return std::nullopt;
-        return static_cast<std::size_t>(found - rows().begin());
+        const auto found = std::ranges::find_if(shownSlots(), [this](Slot slot) { return isSelected_[slot]; });
+        if (found == shownSlots().end()) return std::nullopt;
+        return static_cast<std::size_t>(found - shownSlots().begin());
+    }
+    // In the order of the rows. Valid until the next change.
+    std::vector<const Record*> selectedRecords() const {
+        std::vector<const Record*> records;
+        if (selectedCount_ == 0) return records;
+        settle();
+        records.reserve(selectedCount_);
+        for (const Slot slot : shownSlots())
+            if (isSelected_[slot]) records.push_back(records_[slot]);
+        return records;
     }
     void setSelected(std::size_t row, bool selected) {
-        settle();
-        Node& node = *rows()[row];
-        if (node.isSelected == selected) return;
-        node.isSelected = selected;
+        const Slot slot = slotAt(row);
+        if (isSelected_[slot] == selected) return;
+        isSelected_[slot] = selected;
         selectedCount_ += selected ? 1 : static_cast<std::size_t>(-1);
     }
     // The same for `count` rows from `first` on.
@@ -241,21 +246,11 @@ class ListModel {
     }
     // Every row that is shown.
     void selectAll() { setSelected(0, size(), true); }
-    // In the order of the rows. Valid until the next change.
-    std::vector<const Record*> selectedRecords() const {
-        std::vector<const Record*> records;
-        if (selectedCount_ == 0) return records;
-        settle();
-        records.reserve(selectedCount_);
-        for (const Node* node : rows())
-            if (node->isSelected) records.push_back(node->record);
-        return records;
-    }
     // Selects that row alone, or none.
     void selectOnly(std::optional<std::size_t> row) {
         absent_.clear();
         for (std::size_t i = 0; selectedCount_ > 0 && i < all_.size(); ++i)
-            deselect(*all_[i]);
+            deselect(all_[i]);
         if (row) setSelected(*row, true);
     }
 
@@ -271,107 +266,95 @@ class ListModel {
   private:
     static constexpr std::size_t kMostWaiting = 256;
 
-    struct Node : Place {
-        const Record* record = nullptr;
+    struct Row {
+        std::string order;
         std::uint64_t serial = 0;  // of equal orders the higher one comes first
-        bool isShown = true;
-        bool isSelected = false;
     };
-    using Nodes = std::vector<Node*>;
+    using Slots = std::vector<Slot>;
 
-    bool comesBefore(const Node* a, const Node* b) const {
-        int compared = compare_ ? compare_(*a, *b) : 0;
-        if (compared == 0) compared = a->order.compare(b->order);
-        return compared != 0 ? compared < 0 : a->serial > b->serial;
+    // For one more row. What was made before memory ran out does no harm.
+    void makeRoom() {
+        const std::size_t most = all_.capacity() > all_.size() ? all_.capacity() : 2 * all_.size() + 1;
+        if (filter_) shown_.reserve(most);
+        freeSlots_.reserve(most);  // so that erase() needs none
+        if (freeSlots_.empty() && rows_.size() == all_.size()) {
+            records_.reserve(most);
+            isShown_.reserve(most);
+            isSelected_.reserve(most);
+            rows_.emplace_back();
+            records_.resize(rows_.size());
+            isShown_.resize(rows_.size());
+            isSelected_.resize(rows_.size());
+        }
+        all_.reserve(most);
+    }
+
+    bool comesBefore(Slot a, Slot b) const {
+        int compared = compare_ ? compare_(a, b) : 0;
+        if (compared == 0) compared = orderOf(a).compare(orderOf(b));
+        return compared != 0 ? compared < 0 : rows_[a].serial > rows_[b].serial;
     }
     auto order() const {
-        return [this](const Node* a, const Node* b) { return comesBefore(a, b); };
+        return [this](Slot a, Slot b) { return comesBefore(a, b); };
     }
-    auto placeOf(Nodes& nodes, const Node& node) const {
-        return std::lower_bound(nodes.begin(), nodes.end(), &node, order());
-    }
+    auto placeOf(Slots& slots, Slot slot) const { return std::lower_bound(slots.begin(), slots.end(), slot, order()); }
 
-    Nodes& rows() const { return filter_ ? shown_ : all_; }
-    bool passes(const Node& node) const { return !filter_ || filter_(*node.record, node.slot); }
-
-    Slot takeSlot() {
-        if (freeSlots_.empty()) return slotCount_++;
-        const Slot slot = freeSlots_.back();
-        freeSlots_.pop_back();
-        return slot;
+    Slots& shownSlots() const { return filter_ ? shown_ : all_; }
+    Slot slotAt(std::size_t row) const {
+        settle();
+        return shownSlots()[row];
     }
+    bool passes(Slot slot) const { return !filter_ || filter_(*records_[slot], slot); }
 
     void changed() {
         ++revision_;
         if (observer_) observer_();
     }
-    void deselect(Node& node) {
-        if (node.isSelected) --selectedCount_;
-        node.isSelected = false;
+    void deselect(Slot slot) {
+        if (isSelected_[slot]) --selectedCount_;
+        isSelected_[slot] = false;
     }
 
     // The rows are settled in these four.
-    void take(const Node& node) {
-        if (filter_ && node.isShown) shown_.erase(placeOf(shown_, node));
-        all_.erase(placeOf(all_, node));
+    void take(Slot slot) {
+        if (filter_ && isShown_[slot]) shown_.erase(placeOf(shown_, slot));
+        all_.erase(placeOf(all_, slot));
     }
-    void put(Node& node) {  // where take() left space
-        all_.insert(placeOf(all_, node), &node);
-        if (!node.isShown) deselect(node);
-        if (filter_ && node.isShown) shown_.insert(placeOf(shown_, node), &node);
+    void put(Slot slot) {  // where take() left space
+        all_.insert(placeOf(all_, slot), slot);
+        if (!isShown_[slot]) deselect(slot);
+        if (filter_ && isShown_[slot]) shown_.insert(placeOf(shown_, slot), slot);
     }
-    void setShown(Node& node, bool isShown) {
+    void setShown(Slot slot, bool isShown) {
         if (isShown)
-            shown_.insert(placeOf(shown_, node), &node);
+            shown_.insert(placeOf(shown_, slot), slot);
         else
-            shown_.erase(placeOf(shown_, node));
-        node.isShown = isShown;
-        if (!isShown) deselect(node);
+            shown_.erase(placeOf(shown_, slot));
+        isShown_[slot] = isShown;
+        if (!isShown) deselect(slot);
     }
     void rebuildShown() const {
         shown_.clear();
         if (filter_)
-            std::ranges::copy_if(all_, std::back_inserter(shown_), [](const Node* node) { return node->isShown; });
+            std::ranges::copy_if(all_, std::back_inserter(shown_), [this](Slot slot) { return isShown_[slot]; });
     }
 
-    // A row whose text in the given order is another one now, and counts as the last that came.
-    struct Renewed {
-        Node* node;
-        std::string order;
-        std::uint64_t serial;
-    };
-    std::vector<Renewed> renew(std::span<const Record* const> renamed) {
-        std::vector<Renewed> renewed;
+    // What is known of those rows whose order is another one by now. They count as the last that came.
+    std::vector<std::pair<Slot, Row>> renew(std::span<const Record* const> renamed) {
+        std::vector<std::pair<Slot, Row>> renewed;
         renewed.reserve(renamed.size());
         for (const Record* record : renamed) {
-            const auto found = nodes_.find(record);
-            if (found == nodes_.end()) continue;
+            const auto slot = slotOf(*record);
+            if (!slot) continue;
             std::string order = orderKey_(*record);
-            if (order != found->second.order) renewed.push_back({&found->second, std::move(order), ++lastSerial_});
+            if (order != orderOf(*slot)) renewed.push_back({*slot, {std::move(order), ++lastSerial_}});
         }
         return renewed;
     }
-    Nodes inGivenOrder() const {
-        Nodes nodes = all_;
-        sortByText(
-            nodes, [](const Node* node) -> const std::string& { return node->order; },
-            [](const Node* a, const Node* b) { return a->serial > b->serial; });
-        return nodes;
-    }
-    static Nodes permuted(const Nodes& nodes, const Permute& permute) {
-        Nodes sorted(nodes.size());
-        std::vector<const Place*> places(nodes.begin(), nodes.end());
-        permute(places);
-        std::ranges::transform(places, sorted.begin(),
-                               [](const Place* place) { return static_cast<Node*>(const_cast<Place*>(place)); });
-        return sorted;
-    }
 
-    void settle() const {
-        if (waiting_ != 0) settleWaiting();
-    }
     // Cannot fail for lack of memory.
-    void settleWaiting() const {
+    void settle() const {
+        if (waiting_ == 0) return;
         mergeTail<kMostWaiting>(all_, waiting_, order());
         waiting_ = 0;
         if (filter_) rebuildShown();
@@ -382,12 +365,16 @@ class ListModel {
     Compare compare_;  // empty: the given order
     Filter filter_;
     std::function<void()> observer_;
-    std::unordered_map<const Record*, Node> nodes_;
-    mutable Nodes all_;    // in order, but for the last `waiting_`
-    mutable Nodes shown_;  // in order; used only with a filter
+    std::unordered_map<const Record*, Slot> slots_;
+    // By slot.
+    std::deque<Row> rows_;
+    std::vector<const Record*> records_;  // null: the slot is free
+    std::vector<char> isShown_;
+    std::vector<char> isSelected_;
+    Slots freeSlots_;
+    mutable Slots all_;    // in order, but for the last `waiting_`
+    mutable Slots shown_;  // in order; used only with a filter
     mutable std::size_t waiting_ = 0;
-    std::vector<Slot> freeSlots_;
-    Slot slotCount_ = 0;
     std::unordered_set<std::string> absent_;  // keys of selected records that are not there
     std::size_t selectedCount_ = 0;
     std::uint64_t lastSerial_ = 0;

@@ -9,40 +9,52 @@
 namespace orvc {
 namespace {
 
-constexpr std::size_t kFirstBuckets = 64;
+constexpr std::size_t kFirstPlaces = 64;  // a power of two
 
 }  // namespace
 
 TextPool::TextPool(TextFolder fold, SortKeyMaker makeSortKey)
-    : fold_(std::move(fold)),
-      makeSortKey_(std::move(makeSortKey)),
-      texts_(std::make_unique<Texts>()),
-      index_(kFirstBuckets, Hash{texts_.get()}, Equal{texts_.get()}) {}
+    : fold_(std::move(fold)), makeSortKey_(std::move(makeSortKey)), index_(kFirstPlaces) {}
 
 TextPool::Id TextPool::intern(std::string_view text) {
     if (text.empty()) return 0;
-    const auto found = index_.find(text);
-    return found != index_.end() ? *found : add(text, fold_(text));
+    const Id known = index_[placeOf(text)];
+    return known != 0 ? known : add(text, fold_(text));
 }
 
-TextPool::Span TextPool::Texts::append(std::string_view text) {
-    const auto at = static_cast<std::uint32_t>(bytes.size());
-    bytes.append(text);
+std::size_t TextPool::placeOf(std::string_view wanted) const {
+    const std::size_t last = index_.size() - 1;
+    std::size_t place = std::hash<std::string_view>()(wanted) & last;
+    while (index_[place] != 0 && text(index_[place]) != wanted)
+        place = (place + 1) & last;
+    return place;
+}
+
+void TextPool::growIndex() {
+    std::vector<Id> larger(2 * index_.size());
+    larger.swap(index_);
+    for (Id id = 1; id < size(); ++id)
+        index_[placeOf(text(id))] = id;
+}
+
+TextPool::Span TextPool::append(std::string_view text) {
+    const auto at = static_cast<std::uint32_t>(bytes_.size());
+    bytes_.append(text);
     return {at, static_cast<std::uint32_t>(text.size())};
 }
 
 TextPool::Id TextPool::add(std::string_view text, std::string_view folded) {
+    if (2 * size() >= index_.size()) growIndex();
     const auto id = static_cast<Id>(size());
-    const std::size_t byteCount = texts_->bytes.size();
+    const std::size_t byteCount = bytes_.size();
     try {
-        const Span span = texts_->append(text);
-        texts_->entries.push_back({span, folded == text ? span : texts_->append(folded)});
-        index_.insert(id);
+        const Span span = append(text);
+        entries_.push_back({span, folded == text ? span : append(folded)});
     } catch (...) {
-        texts_->bytes.resize(byteCount);
-        texts_->entries.resize(id);
+        bytes_.resize(byteCount);
         throw;
     }
+    index_[placeOf(text)] = id;
     return id;
 }
 
@@ -79,15 +91,16 @@ void TextPool::keepOnly(std::vector<Id>& numbers) {
     for (Id id = 1; id < std::min(sortKeys_.size(), fresh.size()); ++id)
         if (fresh[id] != 0) kept.sortKeys_[fresh[id]] = std::move(sortKeys_[id]);
     numbers.swap(fresh);
-    texts_.swap(kept.texts_);
+    bytes_.swap(kept.bytes_);
+    entries_.swap(kept.entries_);
     index_.swap(kept.index_);
     sortKeys_.swap(kept.sortKeys_);
 }
 
 void TextPool::clear() {
-    index_.clear();
-    texts_->entries.resize(1);
-    texts_->bytes.clear();
+    std::ranges::fill(index_, 0);
+    entries_.resize(1);
+    bytes_.clear();
     sortKeys_.clear();
 }
 

@@ -3,11 +3,8 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
-#include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 #include <vector>
 
 #include "lists/sort_key.h"
@@ -24,9 +21,9 @@ class TextPool {
 
     TextPool(TextFolder fold, SortKeyMaker makeSortKey);
     Id intern(std::string_view text);
-    std::size_t size() const { return texts_->entries.size(); }
-    std::string_view text(Id id) const { return texts_->text(id); }
-    std::string_view folded(Id id) const { return texts_->view(texts_->entries[id].folded); }
+    std::size_t size() const { return entries_.size(); }
+    std::string_view text(Id id) const { return view(entries_[id].text); }
+    std::string_view folded(Id id) const { return view(entries_[id].folded); }
 
     // ---- Order
 
@@ -54,37 +51,20 @@ class TextPool {
         Span text;
         Span folded;  // the same as `text` when both are
     };
-    struct Texts {
-        std::string_view view(Span span) const { return {bytes.data() + span.at, span.size}; }
-        std::string_view text(Id id) const { return view(entries[id].text); }
-        Span append(std::string_view text);
 
-        std::string bytes;
-        std::vector<Entry> entries{1};
-    };
-    // Finds a number by its text.
-    struct Hash {
-        using is_transparent = void;
-        const Texts* texts;
-        std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
-        std::size_t operator()(Id id) const { return (*this)(texts->text(id)); }
-    };
-    struct Equal {
-        using is_transparent = void;
-        const Texts* texts;
-        bool operator()(Id a, Id b) const { return a == b; }
-        bool operator()(Id a, std::string_view b) const { return texts->text(a) == b; }
-        bool operator()(std::string_view a, Id b) const { return texts->text(b) == a; }
-    };
-    using Index = std::unordered_set<Id, Hash, Equal>;
-
+    std::string_view view(Span span) const { return {bytes_.data() + span.at, span.size}; }
+    Span append(std::string_view text);
+    // Where the text's number stands in the index, or would stand.
+    std::size_t placeOf(std::string_view text) const;
+    void growIndex();
     Id add(std::string_view text, std::string_view folded);
     const std::string& sortKey(Id id) const;
 
     TextFolder fold_;
     SortKeyMaker makeSortKey_;
-    std::unique_ptr<Texts> texts_;
-    Index index_;
+    std::string bytes_;
+    std::vector<Entry> entries_{1};
+    std::vector<Id> index_;  // by hash, at most half full; a number that is taken goes to the next free place; 0 = free
     std::vector<std::string> sortKeys_;  // of the first texts; empty until they are asked for
 };
 

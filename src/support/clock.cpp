@@ -40,8 +40,20 @@ std::string formatDate(const LocalTime& time) {
                                         "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
     const auto day = static_cast<std::size_t>(std::clamp(time.weekday, 0, 6));
     const auto month = static_cast<std::size_t>(std::clamp(time.month, 1, 12) - 1);
-    return formatText("%s %s %2d %02d:%02d:%02d %d", kDays[day], kMonths[month], time.day, time.hour, time.minute,
-                      time.second, time.year);
+    std::string text;
+    text.reserve(24);
+    const auto append = [&](const char* before, int number, char padding) {
+        text += before;
+        // Not printf: the filter of the Event list asks for ten thousands of dates at once.
+        if (number >= 0 && number < 10) text += padding;
+        text += std::to_string(number);
+    };
+    text.append(kDays[day]).append(1, ' ').append(kMonths[month]);
+    append(" ", time.day, ' ');
+    append(" ", time.hour, '0');
+    append(":", time.minute, '0');
+    append(":", time.second, '0');
+    return text.append(1, ' ').append(std::to_string(time.year));
 }
 
 }  // namespace orvc

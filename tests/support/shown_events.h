@@ -8,7 +8,7 @@
 namespace orvc {
 
 struct ShownEvents {
-    const FakeStringTable strings{};
+    FakeStringTable strings{};
     const FakeClock clock{};
     EventTable table{strings, clock, [](std::string_view name) { return std::string(name); }};
 };

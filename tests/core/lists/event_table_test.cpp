@@ -79,6 +79,94 @@ TEST_F(EventTableTest, ResponsesAndTimesAreShownInWords) {
     EXPECT_NE(cell(record, 2).find("2038"), std::string::npos);
 }
 
+TEST_F(EventTableTest, TheFurtherColumnsAreWhatAPersonCallsThem) {
+    KSConnectionInfo device{};
+    device.mac = {1};
+    setFieldText(device.deviceName, "Front door");
+    directory_.updateDevice(device, std::nullopt, 0);
+    device.mac = {2};
+    setFieldText(device.deviceName, "");
+    directory_.updateDevice(device, std::nullopt, 0);
+    KSMessageRecord message{};
+    setFieldText(message.name, "Chime");
+    setFieldText(message.key, "{chime}");
+    directory_.doNewGroupMessageInfo(message);
+    ScheduleList schedules(log_.log, log_.clock);
+    schedules.updateVariable({"\\ORVS\\Schedules\\{night}\\Name", 0, "Night", 0});
+    schedules.updateVariable({"\\ORVS\\Schedules\\{nameless}\\Hours", 0, "", 0});
+    shown_.table.judgeBy(directory_, [] { return true; });
+    shown_.table.nameSchedulesBy(schedules);
+    shown_.table.tellProblemsBy([](const EventRecord& record) { return "Problem of " + *record.name; }, nullptr);
+    for (const unsigned id : {IDS_DELAY_SECOND, IDS_DELAY_SECONDS, IDS_DELAY_MINUTE, IDS_DELAY_MINUTES})
+        shown_.strings.texts[id] = "%s of " + std::to_string(id);
+    const auto text = [](unsigned id) { return "#" + std::to_string(id); };
+    using Id = EventColumnId;
+    const auto trigger = [](std::uint32_t code) { return [=](EventRecord& r) { r.triggerType = code; }; };
+    const auto time = [](std::uint32_t quarter) {
+        return [=](EventRecord& r) { r.triggerType = 9, r.timeOfDay = quarter; };
+    };
+    const auto place = [](std::uint8_t first, const char* group) {
+        return [=](EventRecord& r) {
+            r.triggerDevice = r.responseDevice = {first};
+            r.triggerGroupKey = r.responseGroupKey = group;
+        };
+    };
+    const auto delay = [](std::uint32_t type, std::uint32_t seconds) {
+        return [=](EventRecord& r) { r.timeoutType = type, r.timeoutSeconds = seconds; };
+    };
+    const auto schedule = [](const char* key) { return [=](EventRecord& r) { r.scheduleKey = key; }; };
+    const auto content = [](std::uint32_t response) {
+        return [=](EventRecord& r) {
+            r.responseType = response;
+            r.messageKey = "{chime}", r.fileGuid = "{guid}", r.ttsFilename = "a.txml";
+        };
+    };
+    const struct {
+        std::function<void(EventRecord&)> change;
+        Id column;
+        std::string text;
+    } cases[] = {
+        {[](EventRecord&) {}, Id::kTrigger, text(IDS_TRIGGER_UNKNOWN)},
+        {trigger(0), Id::kTrigger, text(IDS_TRIGGER_NOT_CHOSEN)},
+        {trigger(9), Id::kTrigger, text(IDS_TRIGGER_TIME_OF_DAY)},
+        {trigger(10), Id::kTrigger, text(IDS_TRIGGER_UNKNOWN)},
+        {trigger(8), Id::kSource, text(IDS_SOURCE_SERVER)},
+        {time(0), Id::kSource, text(IDS_MIDNIGHT)},
+        {time(95), Id::kSource, text(IDS_TIME_PM)},
+        {time(96), Id::kSource, "96"},
+        {place(0, ""), Id::kSource, ""},
+        {place(1, "Nurses"), Id::kSource, "Front door"},
+        {place(2, ""), Id::kSource, "02:00:00:00:00:00"},
+        {place(3, ""), Id::kDestination, "03:00:00:00:00:00"},
+        {place(0, "Nurses"), Id::kDestination, "Nurses"},
+        {delay(0, 30), Id::kDelay, text(IDS_DELAY_NONE)},
+        {delay(1, 0), Id::kDelay, text(IDS_DELAY_NONE)},
+        {delay(1, 1), Id::kDelay, "1 of 711"},
+        {delay(1, 90), Id::kDelay, "90 of 712"},
+        {delay(1, 60), Id::kDelay, "1 of 713"},
+        {delay(1, 7200), Id::kDelay, "120 of 714"},
+        {delay(1, 4'000'000'001), Id::kDelay, "4000000001 of 712"},
+        {schedule("{night}"), Id::kSchedule, "Night"},
+        {schedule("Night"), Id::kSchedule, "Night"},
+        {schedule("{nameless}"), Id::kSchedule, "{nameless}"},
+        {schedule("{Default}"), Id::kSchedule, "All Days, All Day"},
+        {schedule("{gone}"), Id::kSchedule, "{gone}"},
+        {content(1), Id::kContent, ""},
+        {content(3), Id::kContent, "Chime"},
+        {content(4), Id::kContent, text(IDS_CONTENT_ON_SERVER)},
+        {content(5), Id::kContent, "a.txml"},
+        {content(6), Id::kContent, text(IDS_CONTENT_ON_SERVER)},
+        {[](EventRecord& r) { r.responseType = 3, r.messageKey = "{gone}"; }, Id::kContent, "{gone}"},
+        {[](EventRecord& r) { r.responseType = 4, r.fileGuid = ""; }, Id::kContent, ""},
+        {[](EventRecord& r) { r.name = "a"; }, Id::kProblem, "Problem of a"},
+    };
+    for (const auto& each : cases) {
+        EventRecord record;
+        each.change(record);
+        EXPECT_EQ(cell(record, static_cast<std::size_t>(each.column)), each.text) << (&each - cases);
+    }
+}
+
 struct Rows final : ListSource {
     std::size_t size() const override { return names.size(); }
     std::string cell(std::size_t row, std::size_t column) const override { return names[row] + std::to_string(column); }

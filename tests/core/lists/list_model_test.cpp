@@ -21,7 +21,6 @@ struct Item {
 class ListModelTest : public testing::Test {
   protected:
     using Slot = ListModel<Item>::Slot;
-    using Place = ListModel<Item>::Place;
 
     const Item& add(const std::string& name, int size = 0) {
         items_.push_back({name, name, size});
@@ -74,17 +73,17 @@ TEST_F(ListModelTest, AnotherOrderPlacesRowsThatComeLaterAndMovesNoneThatChange)
     add("a", 2), add("b", 1), add("c", 2), add("d", 1);
     // The greatest first; by what the rows held when they were arranged or came.
     std::vector<int> sizes;
-    const auto sizeOf = [&](const Place* place) { return sizes[place->slot]; };
     const auto remember = [&] {
         sizes.resize(model_.slotEnd());
         for (const Item& each : items_)
             if (const auto slot = model_.slotOf(each)) sizes[*slot] = each.size;
     };
     const auto arrange = [&](std::vector<const Item*> renamed = {}) {
-        model_.arrange([&](const Place& a, const Place& b) { return sizes[b.slot] - sizes[a.slot]; },
-                       [&](std::vector<const Place*>& rows) {
+        model_.arrange([&](Slot a, Slot b) { return sizes[b] - sizes[a]; },
+                       [&](std::vector<Slot>& slots) {
                            remember();
-                           std::ranges::stable_sort(rows, std::greater<>(), sizeOf);
+                           model_.sortAsGiven(slots);
+                           std::ranges::stable_sort(slots, std::greater<>(), [&](Slot slot) { return sizes[slot]; });
                        },
                        renamed);
     };
@@ -104,7 +103,7 @@ TEST_F(ListModelTest, AnotherOrderPlacesRowsThatComeLaterAndMovesNoneThatChange)
     add("dd", 1);
     remember();
     EXPECT_EQ(rows(), "b e bb A dd 0");
-    model_.arrange(nullptr, nullptr);
+    model_.arrange(nullptr, [&](std::vector<Slot>& slots) { model_.sortAsGiven(slots); });
     add("aa");
     EXPECT_EQ(rows(), "0 A aa b bb dd e");
 }
@@ -112,8 +111,8 @@ TEST_F(ListModelTest, AnotherOrderPlacesRowsThatComeLaterAndMovesNoneThatChange)
 TEST_F(ListModelTest, AnOrderThatFailsLeavesTheOneBefore) {
     addAll({"c", "a", "b"});
     item("a").name = "z";
-    EXPECT_THROW(model_.arrange([](const Place&, const Place&) { return 1; },
-                                [](std::vector<const Place*>&) { throw std::bad_alloc(); }, std::array{&item("a")}),
+    EXPECT_THROW(model_.arrange([](Slot, Slot) { return 1; }, [](std::vector<Slot>&) { throw std::bad_alloc(); },
+                                std::array{&item("a")}),
                  std::bad_alloc);
     add("aa");
     EXPECT_EQ(rows(), "z aa b c");
@@ -125,18 +124,20 @@ TEST_F(ListModelTest, SlotsStayWithTheirRowsAndAreGivenOutAgain) {
     addAll({"c", "a", "b"});
     std::set<Slot> slots;
     for (const Item& each : items_)
-        EXPECT_TRUE(slots.insert(*model_.slotOf(each)).second && *slots.rbegin() < model_.slotEnd());
+        EXPECT_TRUE(slots.insert(*model_.slotOf(each)).second);
+    EXPECT_LT(*slots.rbegin(), model_.slotEnd());
     const Slot freed = *model_.slotOf(item("a"));
     const Slot kept = *model_.slotOf(item("b"));
     model_.erase(item("a"));
     EXPECT_EQ(model_.slotOf(item("a")), std::nullopt);
+    EXPECT_EQ(model_.nextSlot(), freed);
     EXPECT_EQ(model_.slotOf(add("d")), freed);
     item("b").name = "e";
     model_.reorder(item("b"));
     EXPECT_EQ(model_.slotOf(item("b")), kept);
-    EXPECT_EQ(model_.slotEnd(), 4u);
+    EXPECT_EQ(model_.slotEnd(), 3u);
     model_.clear();
-    EXPECT_EQ(model_.slotEnd(), 1u);
+    EXPECT_EQ(model_.nextSlot(), 0u);
 }
 
 TEST_F(ListModelTest, AFilterHidesAndDeselects) {

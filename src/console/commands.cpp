@@ -11,21 +11,11 @@
 #include "resources/resource.h"
 #include "support/text.h"
 #include "ui/dialog.h"
+#include "view/shortcuts.h"
 
 namespace orvc {
 
 std::span<const Commands::Command> Commands::all() {
-    constexpr BYTE kCtrl = FVIRTKEY | FCONTROL;
-    constexpr Shortcut none{0, 0};
-    constexpr Shortcut insert{FVIRTKEY, VK_INSERT};
-    constexpr Shortcut del{FVIRTKEY, VK_DELETE};
-    const auto key = [](WORD code) constexpr {
-        return Shortcut{FVIRTKEY, code};
-    };
-    const auto ctrl = [](char letter) constexpr {
-        return Shortcut{kCtrl, static_cast<WORD>(letter)};
-    };
-    constexpr Shortcut ctrlShiftE{kCtrl | FSHIFT, 'E'};
     constexpr auto always = nullptr;
     using C = Commands;
     constexpr auto editable = [](const C& c) { return c.s_.events.whyNotEditable(); };
@@ -38,37 +28,37 @@ std::span<const Commands::Command> Commands::all() {
     constexpr When notTyping = When::kNotWhileTyping;
     // clang-format off
     static const std::array<Command, 30> table{{
-        // id                     shortcut     why not         does
-        {IDM_LOGOFF,              none,        always,         [](C& c) { c.s_.session.logoff(); }},
-        {IDM_EXIT,                none,        always,         [](C& c) { c.s_.exit(); }, anytime},
-        {IDM_DUPLICATE_EVENT,     ctrl('D'),   selected,       [](C& c) { c.s_.events.duplicate(); }},
-        {IDM_ENABLE_EVENTS,       ctrl('E'),   selected,       [](C& c) { c.s_.events.setDisabled(false); }},
-        {IDM_DISABLE_EVENTS,      ctrlShiftE,  selected,       [](C& c) { c.s_.events.setDisabled(true); }},
-        {IDM_ASSIGN_SCHEDULE,     none,        selected,       [](C& c) { c.s_.events.assignSchedule(); }},
-        {IDM_COPY,                ctrl('C'),   hasSelection,   [](C& c) { c.s_.events.copy(); }, notTyping},
-        {IDM_SELECT_ALL,          ctrl('A'),   always,         [](C& c) { c.s_.workbench.selectAll(); }, notTyping},
-        {IDM_FIND,                ctrl('F'),   always,         [](C& c) { c.s_.workbench.find(); }},
-        {IDM_SHOW_DETAIL,         none,        always,         [](C& c) { c.s_.workbench.toggleDetail(); }},
-        {IDM_SHOW_ALL,            ctrl('1'),   always,         [](C& c) { c.s_.workbench.show(EventState::kAll); }},
-        {IDM_SHOW_PROBLEMS,       ctrl('2'),   always,         [](C& c) { c.s_.workbench.show(EventState::kWithProblems); }},
-        {IDM_SHOW_DISABLED,       ctrl('3'),   always,         [](C& c) { c.s_.workbench.show(EventState::kDisabled); }},
-        {IDM_NEXT_PROBLEM,        key(VK_F8),  hasProblems,    [](C& c) { c.s_.workbench.nextProblem(); }},
-        {IDM_SORT_AGAIN,          key(VK_F5),  always,         [](C& c) { c.s_.workbench.sortAgain(); }},
-        {IDM_SAME_SOURCE,         none,        hasSource,      [](C& c) { c.s_.workbench.showSame(EventColumnId::kSource); }},
-        {IDM_SAME_DESTINATION,    none,        hasDestination, [](C& c) { c.s_.workbench.showSame(EventColumnId::kDestination); }},
-        {IDM_SAME_SCHEDULE,       none,        hasSelection,   [](C& c) { c.s_.workbench.showSame(EventColumnId::kSchedule); }},
-        {IDM_NEXT_PANE,           key(VK_F6),  always,         [](C& c) { c.s_.workbench.nextPane(); }},
-        {IDM_PREFERENCES,         none,        editable,       [](C& c) { c.editPreferences(); }},
-        {IDM_CREATE_EVENT,        insert,      editable,       [](C& c) { c.s_.events.create(); }, notTyping},
-        {IDM_MODIFY_EVENT,        none,        selected,       [](C& c) { c.s_.events.modify(); }},
-        {IDM_DELETE_EVENT,        del,         selected,       [](C& c) { c.s_.events.erase(); }, notTyping},
-        {IDM_SCHEDULES,           none,        editable,       [](C& c) { c.s_.events.editSchedules(); }},
-        {IDM_RECORD_EVENTS,       none,        always,         [](C& c) { c.recordEvents(); }, anytime},
-        {IDM_CLEAR_FILE,          none,        always,         [](C& c) { c.clearFile(); }},
-        {IDM_OPEN_SUPPORT_FOLDER, none,        always,         [](C& c) { c.openSupportFolder(); }},
-        {IDM_HELP,                none,        always,         [](C& c) { c.s_.help.openFirstPage(c.window_); }},
-        {IDM_ABOUT,               none,        always,         [](C& c) { c.showAbout(); }},
-        {IDM_TRAY_RESTORE,        none,        always,         [](C& c) { ui::bringToForeground(c.window_); }, anytime},
+        // id                     why not         does
+        {IDM_LOGOFF,              always,         [](C& c) { c.s_.session.logoff(); }},
+        {IDM_EXIT,                always,         [](C& c) { c.s_.exit(); }, anytime},
+        {IDM_DUPLICATE_EVENT,     selected,       [](C& c) { c.s_.events.duplicate(); }},
+        {IDM_ENABLE_EVENTS,       selected,       [](C& c) { c.s_.events.setDisabled(false); }},
+        {IDM_DISABLE_EVENTS,      selected,       [](C& c) { c.s_.events.setDisabled(true); }},
+        {IDM_ASSIGN_SCHEDULE,     selected,       [](C& c) { c.s_.events.assignSchedule(); }},
+        {IDM_COPY,                hasSelection,   [](C& c) { c.s_.events.copy(); }, notTyping},
+        {IDM_SELECT_ALL,          always,         [](C& c) { c.s_.workbench.selectAll(); }, notTyping},
+        {IDM_FIND,                always,         [](C& c) { c.s_.workbench.find(); }},
+        {IDM_SHOW_DETAIL,         always,         [](C& c) { c.s_.workbench.toggleDetail(); }},
+        {IDM_SHOW_ALL,            always,         [](C& c) { c.s_.workbench.show(EventState::kAll); }},
+        {IDM_SHOW_PROBLEMS,       always,         [](C& c) { c.s_.workbench.show(EventState::kWithProblems); }},
+        {IDM_SHOW_DISABLED,       always,         [](C& c) { c.s_.workbench.show(EventState::kDisabled); }},
+        {IDM_NEXT_PROBLEM,        hasProblems,    [](C& c) { c.s_.workbench.nextProblem(); }},
+        {IDM_SORT_AGAIN,          always,         [](C& c) { c.s_.workbench.sortAgain(); }},
+        {IDM_SAME_SOURCE,         hasSource,      [](C& c) { c.s_.workbench.showSame(EventColumnId::kSource); }},
+        {IDM_SAME_DESTINATION,    hasDestination, [](C& c) { c.s_.workbench.showSame(EventColumnId::kDestination); }},
+        {IDM_SAME_SCHEDULE,       hasSelection,   [](C& c) { c.s_.workbench.showSame(EventColumnId::kSchedule); }},
+        {IDM_NEXT_PANE,           always,         [](C& c) { c.s_.workbench.nextPane(); }},
+        {IDM_PREFERENCES,         editable,       [](C& c) { c.editPreferences(); }},
+        {IDM_CREATE_EVENT,        editable,       [](C& c) { c.s_.events.create(); }, notTyping},
+        {IDM_MODIFY_EVENT,        selected,       [](C& c) { c.s_.events.modify(); }},
+        {IDM_DELETE_EVENT,        selected,       [](C& c) { c.s_.events.erase(); }, notTyping},
+        {IDM_SCHEDULES,           editable,       [](C& c) { c.s_.events.editSchedules(); }},
+        {IDM_RECORD_EVENTS,       always,         [](C& c) { c.recordEvents(); }, anytime},
+        {IDM_CLEAR_FILE,          always,         [](C& c) { c.clearFile(); }},
+        {IDM_OPEN_SUPPORT_FOLDER, always,         [](C& c) { c.openSupportFolder(); }},
+        {IDM_HELP,                always,         [](C& c) { c.s_.help.openFirstPage(c.window_); }},
+        {IDM_ABOUT,               always,         [](C& c) { c.showAbout(); }},
+        {IDM_TRAY_RESTORE,        always,         [](C& c) { ui::bringToForeground(c.window_); }, anytime},
     }};
     // clang-format on
     return table;
@@ -83,37 +73,25 @@ void Commands::attach(HWND window, HMENU menu) {
     window_ = window;
     menu_ = menu;
     eventMenu_ = s_.parts.resources.loadMenu(IDR_EVENT_MENU);
-    std::vector<ACCEL> shortcuts;
-    for (const Command& command : all())
-        if (command.shortcut.key != 0)
-            shortcuts.push_back({command.shortcut.modifiers, command.shortcut.key, static_cast<WORD>(command.id)});
-    accelerators_.reset(CreateAcceleratorTableA(shortcuts.data(), static_cast<int>(shortcuts.size())));
+    std::vector<ACCEL> accelerators;
+    for (const Shortcut& shortcut : shortcuts())
+        accelerators.push_back(
+            {static_cast<BYTE>(FVIRTKEY | (shortcut.ctrl ? FCONTROL : 0) | (shortcut.shift ? FSHIFT : 0)),
+             static_cast<WORD>(shortcut.key), static_cast<WORD>(shortcut.command)});
+    accelerators_.reset(CreateAcceleratorTableA(accelerators.data(), static_cast<int>(accelerators.size())));
     addShortcuts(menu_);
     addShortcuts(eventMenu_.get());
     updateMenu();
     applyTraySetting();
 }
 
-// "Ctrl+Shift+E", in the language's own words.
-std::string Commands::shortcutText(const Shortcut& shortcut) const {
-    const ui::Resources& texts = s_.parts.resources;
-    std::string text;
-    if ((shortcut.modifiers & FCONTROL) != 0) text += texts.text(IDS_KEY_CTRL);
-    if ((shortcut.modifiers & FSHIFT) != 0) text += texts.text(IDS_KEY_SHIFT);
-    if (shortcut.key == VK_INSERT) return text + texts.text(IDS_KEY_INSERT);
-    if (shortcut.key == VK_DELETE) return text + texts.text(IDS_KEY_DELETE);
-    if (shortcut.key >= VK_F1 && shortcut.key <= VK_F12) return text + "F" + std::to_string(shortcut.key - VK_F1 + 1);
-    return text + static_cast<char>(shortcut.key);
-}
-
 void Commands::addShortcuts(HMENU menu) const {
-    for (const Command& command : all()) {
+    for (const Shortcut& shortcut : shortcuts()) {
+        const UINT id = shortcut.command;
         std::array<char, 128> text{};
-        if (command.shortcut.key == 0 ||
-            GetMenuStringA(menu, command.id, text.data(), static_cast<int>(text.size()), MF_BYCOMMAND) == 0)
-            continue;
-        const std::string both = std::string(text.data()) + "\t" + shortcutText(command.shortcut);
-        ModifyMenuA(menu, command.id, MF_BYCOMMAND | MF_STRING, command.id, both.c_str());
+        if (GetMenuStringA(menu, id, text.data(), static_cast<int>(text.size()), MF_BYCOMMAND) == 0) continue;
+        const std::string both = std::string(text.data()) + "\t" + shortcutText(s_.parts.resources, shortcut);
+        ModifyMenuA(menu, id, MF_BYCOMMAND | MF_STRING, id, both.c_str());
     }
 }
 
@@ -147,10 +125,11 @@ bool Commands::translate(MSG& message) const {
     if (!accelerators_ || message.message < WM_KEYFIRST || message.message > WM_KEYLAST) return false;
     if (s_.workbench.isTyping() && message.message == WM_KEYDOWN) {
         const bool isCtrlDown = GetKeyState(VK_CONTROL) < 0;
-        for (const Command& command : all())
-            if (command.when == When::kNotWhileTyping && command.shortcut.key == message.wParam &&
-                ((command.shortcut.modifiers & FCONTROL) != 0) == isCtrlDown)
-                return false;
+        for (const Shortcut& shortcut : shortcuts()) {
+            if (static_cast<WPARAM>(shortcut.key) != message.wParam || shortcut.ctrl != isCtrlDown) continue;
+            const Command* const command = find(shortcut.command);
+            if (command != nullptr && command->when == When::kNotWhileTyping) return false;
+        }
     }
     return TranslateAcceleratorA(window_, accelerators_.get(), &message) != 0;
 }

@@ -23,9 +23,9 @@ struct LibraryInfo {
     std::string fileVersion;
 };
 
-// Purpose: one table of all commands. The menus' state and shortcuts, the accelerators and what the status bar says of
-// a greyed item come from it; the menus' words are the language library's. Thread: user-interface thread. Lifetime:
-// what the constructor takes outlives it.
+// Purpose: one table of all commands. The menus' state and what the status bar says of a greyed item come from it; the
+// menus' words are the language library's, their keys those of view/shortcuts.h. Thread: user-interface thread.
+// Lifetime: what the constructor takes outlives it.
 class Commands {
   public:
     struct Surroundings {
@@ -63,10 +63,6 @@ class Commands {
     void recordEvents();
 
   private:
-    struct Shortcut {
-        BYTE modifiers;  // of ACCEL
-        WORD key;        // 0 = none
-    };
     enum class When {
         kNoDialogOpen,
         kAlways,          // also from the tray icon's menu while a dialog is open
@@ -74,14 +70,12 @@ class Commands {
     };
     struct Command {
         unsigned id;
-        Shortcut shortcut;
         unsigned (*whyNot)(const Commands&);  // null: it can always be given
         void (*run)(Commands&);
         When when = When::kNoDialogOpen;
     };
     static std::span<const Command> all();
     static const Command* find(unsigned id);
-    std::string shortcutText(const Shortcut& shortcut) const;
     void addShortcuts(HMENU menu) const;
 
     void editPreferences();

@@ -1,6 +1,7 @@
 // The sources of the help: complete in every language, links that lead somewhere, the punctuation of each language.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -10,6 +11,7 @@
 
 #include "resources/resource.h"
 #include "support/help_chapters.h"
+#include "view/shortcuts.h"
 
 namespace orvc {
 namespace {
@@ -69,6 +71,28 @@ std::string readScript(const std::string& language) {
         {"en", "orvsconfig.rc"}, {"de", "languages/german.rc"}, {"fr", "languages/french.rc"}};
     return readFile(kProject / "resources" / files.at(language));
 }
+
+// The texts of a language's windows, by id.
+struct ScriptTexts final : StringTable {
+    explicit ScriptTexts(const std::string& language) : script(readScript(language)) {}
+    std::string text(unsigned id) const override { return find("IDS", id, "\n    ", " \"([^\"]*)\""); }
+    // The words of a menu item; empty for a command that has none.
+    std::string menuItem(unsigned id) const {
+        const std::string words = find("IDM", id, "MENUITEM \"([^\"]*)\", ", "\n");
+        return std::regex_replace(words, std::regex("&"), "");
+    }
+
+  private:
+    std::string find(const std::string& kind, unsigned id, const std::string& before, const std::string& after) const {
+        const auto name = findAll(ids, "#define (" + kind + "_\\w+) " + std::to_string(id) + "\\b");
+        if (name.empty()) return {};
+        const auto found = findAll(script, before + name.front() + after);
+        return found.empty() ? std::string() : found.front();
+    }
+
+    std::string ids = readFile(kProject / "resources/resource.h");
+    std::string script;
+};
 
 // A page as a person reads it, without tags and without names of files and the like.
 std::string readableText(const std::string& page) {
@@ -152,6 +176,22 @@ TEST_P(HelpPagesTest, EveryMessageIsExplained) {
             EXPECT_NE(row.find(part), std::string::npos) << message << ": " << part;
     }
     EXPECT_EQ(rows.size(), messages.size()) << "a message is explained that the console does not have";
+}
+
+// In the language's own names of keys, in one row with the words of the menu.
+TEST_P(HelpPagesTest, EveryShortcutIsOnThePageOfTheKeyboard) {
+    const ScriptTexts texts(GetParam());
+    const auto rows = findAll(read("keyboard.htm"), "(<tr>[\\s\\S]*?</tr>)");
+    EXPECT_GE(shortcuts().size(), 14u);
+    std::set<std::string> keys;
+    for (const Shortcut& shortcut : shortcuts()) {
+        const std::string key = shortcutText(texts, shortcut);
+        EXPECT_TRUE(keys.insert(key).second) << key << " is the key of two commands";
+        const auto row = std::ranges::find_if(
+            rows, [&](const std::string& each) { return each.find("<kbd>" + key + "</kbd>") != std::string::npos; });
+        ASSERT_NE(row, rows.end()) << key;
+        EXPECT_NE(row->find(texts.menuItem(shortcut.command)), std::string::npos) << key << ": " << *row;
+    }
 }
 
 TEST_P(HelpPagesTest, PagesAndScriptKeepTheSignsOfTheirLanguage) {

@@ -61,9 +61,9 @@ void ScheduleList::setField(ScheduleRecord& record, std::string_view field, cons
     bool isOther = false;
     if (field == "Name" || field == "Key") {
         std::optional<std::string>& member = field == "Name" ? record.name : record.key;
-        former = text;
-        std::swap(former, member);
-        isOther = former != member;
+        // A text that comes again stays where it is: others may look at it.
+        isOther = member != text;
+        if (isOther) former = std::exchange(member, std::string(text));
     } else if (field == "CompleteBits") {
         record.completeBits = variable.number == 0xFFFFFFFF ? std::nullopt : std::optional(variable.number);
     } else if (field == "Hours") {

@@ -263,6 +263,23 @@ TEST_F(EventCheckerTest, AnEventThatIsShownIsJudgedAlsoWhileItLacksAValue) {
     EXPECT_EQ(checker_.disabled(), 1u);
 }
 
+// As the server does with a reload: values that are the same are no news, and what was found stays where it was.
+TEST_F(EventCheckerTest, AScheduleIsFoundAfterItsValuesCameAgain) {
+    const std::string key =
+        "{5B6E0C1A-4F0B-4E59-9C64-2D1C6B0E7A01}";  // GUIDs are longer than what a string keeps inside
+    schedule(key, "Name", "Late shift");
+    schedule(key, "Hours", kNeverOn);
+    edit("{A}", [&](EventRecord& r) { r.scheduleKey = key; });
+    affected_ = {};
+    schedule(key, "Key", key);
+    schedule(key, "Name", "Late shift");
+    EXPECT_TRUE(affected_.keys.empty());
+    EXPECT_EQ(checker_.index().countUsersOfSchedule(key), 1u);
+    EXPECT_EQ(problems("{A}"), "schedule-never " + key);
+    edit("{A}", [](EventRecord& r) { r.name = "judged again"; });
+    EXPECT_EQ(problems("{A}"), "schedule-never " + key);
+}
+
 TEST_F(EventCheckerTest, WhatWasNotStoredEndsWithTheEvent) {
     checker_.setNotStored("{A}", {"EventName"});
     checker_.setReady(false);

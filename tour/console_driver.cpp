@@ -3,7 +3,6 @@
 #include <commctrl.h>
 
 #include <algorithm>
-#include <cstdio>
 
 #include "resources/resource.h"
 
@@ -341,12 +340,20 @@ int ConsoleDriver::columnWidth(int column) {
 }
 
 void ConsoleDriver::selectRow(int row) {
+    setRowState(-1, LVIS_SELECTED | LVIS_FOCUSED, 0);
+    selectAlso(row);
+}
+
+void ConsoleDriver::selectAlso(int row) {
+    setRowState(row, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
+}
+
+// -1 stands for every row.
+void ConsoleDriver::setRowState(int row, unsigned mask, unsigned state) {
     RemoteMemory memory(process_, kStructRoom);
     LVITEMA item{};
-    item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
-    memory.write(item);
-    SendMessageA(eventList(), LVM_SETITEMSTATE, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(memory.at(0)));
-    item.state = LVIS_SELECTED | LVIS_FOCUSED;
+    item.stateMask = mask;
+    item.state = state;
     memory.write(item);
     SendMessageA(eventList(), LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(memory.at(0)));
 }
@@ -367,45 +374,6 @@ std::vector<std::string> ConsoleDriver::statusTexts() {
         texts[part] = memory.readText(0, kTextRoom);
     }
     return texts;
-}
-
-bool ConsoleDriver::saveScreenshot(HWND window, const std::string& path) {
-    RECT area{};
-    if (!GetWindowRect(window, &area)) return false;
-    const int width = area.right - area.left;
-    const int height = area.bottom - area.top;
-    const HDC screen = GetDC(nullptr);
-    const HDC copy = CreateCompatibleDC(screen);
-    BITMAPINFOHEADER header{};
-    header.biSize = sizeof header;
-    header.biWidth = width;
-    header.biHeight = height;
-    header.biPlanes = 1;
-    header.biBitCount = 32;
-    void* pixels = nullptr;
-    const HBITMAP bitmap =
-        CreateDIBSection(screen, reinterpret_cast<const BITMAPINFO*>(&header), DIB_RGB_COLORS, &pixels, nullptr, 0);
-    bool saved = false;
-    if (bitmap != nullptr) {
-        const HGDIOBJ before = SelectObject(copy, bitmap);
-        BitBlt(copy, 0, 0, width, height, screen, area.left, area.top, SRCCOPY);
-        GdiFlush();
-        BITMAPFILEHEADER file{};
-        const auto size = static_cast<DWORD>(width * height * 4);
-        file.bfType = 0x4D42;  // "BM"
-        file.bfOffBits = sizeof file + sizeof header;
-        file.bfSize = file.bfOffBits + size;
-        if (std::FILE* out = std::fopen(path.c_str(), "wb")) {
-            saved = std::fwrite(&file, sizeof file, 1, out) == 1 && std::fwrite(&header, sizeof header, 1, out) == 1 &&
-                    std::fwrite(pixels, size, 1, out) == 1;
-            saved = std::fclose(out) == 0 && saved;
-        }
-        SelectObject(copy, before);
-        DeleteObject(bitmap);
-    }
-    DeleteDC(copy);
-    ReleaseDC(nullptr, screen);
-    return saved;
 }
 
 }  // namespace orvc::driver

@@ -98,6 +98,8 @@ class ConsoleDriver {
     std::vector<std::string> statusTexts();
     // Selects that row alone, by keyboard focus and state, as a click does.
     void selectRow(int row);
+    // Selects that row beside those that are selected, as a click with Ctrl does.
+    void selectAlso(int row);
     // The row of the Event with that name; -1 when there is none.
     int rowOf(const std::string& name);
 
@@ -107,6 +109,7 @@ class ConsoleDriver {
   private:
     HWND eventList();
     std::string readCell(HWND list, int row, int column);
+    void setRowState(int row, unsigned mask, unsigned state);
     void clickItem(HWND control, UINT message, int item, bool twice);
 
     HANDLE process_ = nullptr;

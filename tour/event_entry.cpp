@@ -5,10 +5,6 @@
 namespace orvc::driver {
 namespace {
 
-void require(bool happened, const std::string& otherwise) {
-    if (!happened) throw StepFailed(otherwise);
-}
-
 void chooseIfGiven(HWND editor, unsigned listId, const std::string& text) {
     if (text.empty()) return;
     require(ConsoleDriver::chooseEntry(editor, listId, text), "\"" + text + "\" could not be chosen");

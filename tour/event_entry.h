@@ -1,10 +1,10 @@
 // Enters an Event into the editor as an operator does: field by field, with the entries' texts.
 #pragma once
 
-#include <stdexcept>
+#include <functional>
 #include <string>
 
-#include "tour/console_driver.h"
+#include "tour/steps.h"
 
 namespace orvc::driver {
 
@@ -25,12 +25,6 @@ struct EventEntry {
     std::string to;
     std::string subject;
     std::string message;
-};
-
-// A step that did not happen.
-class StepFailed : public std::runtime_error {
-  public:
-    using std::runtime_error::runtime_error;
 };
 
 // Called with each sub-editor when it is filled in, before it is saved.

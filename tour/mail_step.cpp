@@ -6,16 +6,11 @@
 #include "mail_server/smtp_server.h"
 #include "resources/resource.h"
 #include "tour/console_texts.h"
-#include "tour/event_entry.h"
 #include "tour/received_mail.h"
 #include "tour/stored_installation.h"
 
 namespace orvc::driver {
 namespace {
-
-void require(bool happened, const std::string& otherwise) {
-    if (!happened) throw StepFailed(otherwise);
-}
 
 void requireSame(const std::string& what, const std::string& found, const std::string& expected) {
     require(found == expected, what + " is \"" + found + "\" and not \"" + expected + "\"");

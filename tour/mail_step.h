@@ -2,10 +2,9 @@
 // does.
 #pragma once
 
-#include <functional>
 #include <string>
 
-#include "tour/console_driver.h"
+#include "tour/steps.h"
 
 namespace orvc::driver {
 
@@ -48,12 +47,6 @@ class PreferencesDriver {
     ConsoleDriver& console_;
     HWND dialog_ = nullptr;
     HWND email_ = nullptr;
-};
-
-// How the tour tells what it does.
-struct Narrator {
-    std::function<void(const std::string& text)> step;
-    std::function<void(HWND window, const std::string& name)> takePicture;
 };
 
 // Enters settings in the Preferences, tries them with an e-mail to a mail server of its own, which listens on loopback

@@ -19,7 +19,10 @@
 #include "tour/console_texts.h"
 #include "tour/event_entry.h"
 #include "tour/holdings.h"
+#include "tour/list_step.h"
 #include "tour/mail_step.h"
+#include "tour/schedule_step.h"
+#include "tour/steps.h"
 #include "tour/stored_installation.h"
 
 namespace orvc::driver {
@@ -45,13 +48,16 @@ class Tour {
         awaitReload();
         showAbout();
         askToClearFile();
-        showSchedules();
-        createSchedule();
+        findByTyping(console_, narrator_);
+        sortByColumn(console_, narrator_);
+        changeSeveral(console_, narrator_);
+        duplicateOne(console_, narrator_);
+        mendProblem(console_, narrator_, kMendedSource);
+        showSchedules(console_, narrator_);
+        createSchedule(console_, narrator_, kSchedule);
         createEvents();
         modifyEvent();
-        tryEmail(console_, installation_,
-                 {[this](const std::string& text) { step(text); },
-                  [this](HWND window, const std::string& name) { takePicture(window, name); }});
+        tryEmail(console_, installation_, narrator_);
         deleteEvent("Barrier lifts");
         logOff();
         logOn();
@@ -68,10 +74,6 @@ class Tour {
     void step(const std::string& text) {
         std::printf("%2d. %s\n", ++step_, text.c_str());
         std::fflush(stdout);
-    }
-
-    static void require(bool happened, const std::string& otherwise) {
-        if (!happened) throw std::runtime_error(otherwise);
     }
 
     void takePicture(HWND window, const std::string& name) {
@@ -108,14 +110,8 @@ class Tour {
                 "nobody else can log on");
     }
 
-    // Waits for a message box that says this, and answers it.
     void closeMessage(unsigned text, unsigned answer, const std::string& picture) {
-        const HWND box = console_.waitForMessageBox();
-        require(box != nullptr, "no message appeared");
-        require(ConsoleDriver::messageText(box) == consoleText(text), "the message is another one");
-        takePicture(box, picture);
-        ConsoleDriver::click(box, answer);
-        require(console_.waitUntilGone(box), "the message did not go");
+        answerMessage(console_, narrator_, consoleText(text), answer, picture);
     }
 
     void askToClearFile() {
@@ -158,64 +154,6 @@ class Tour {
         takePicture(about, "about");
         ConsoleDriver::click(about, IDOK);
         require(console_.waitUntilGone(about), "the About box did not close");
-    }
-
-    void showSchedules() {
-        step("Look at the Schedules, and at the hours of one");
-        console_.choose(IDM_SCHEDULES);
-        const HWND list = console_.waitForWindowWith(IDC_SCHEDULE_LIST);
-        require(list != nullptr, "no list of Schedules appeared");
-        require(ConsoleDriver::waitUntil([&] { return !console_.readRows(list, IDC_SCHEDULE_LIST, 1).empty(); }),
-                "the list of Schedules is empty");
-        const auto rows = console_.readRows(list, IDC_SCHEDULE_LIST, 3);
-        for (const auto& row : rows)
-            std::printf("    %-26s %-18s %s\n", toUtf8(row[0]).c_str(), toUtf8(row[1]).c_str(), toUtf8(row[2]).c_str());
-        std::fflush(stdout);
-        console_.clickRow(list, IDC_SCHEDULE_LIST, 3);
-        require(ConsoleDriver::waitUntil([&] { return ConsoleDriver::isEnabled(list, IDC_SCHEDULE_MODIFY); }),
-                "no Schedule could be selected");
-        takePicture(list, "schedules");
-        ConsoleDriver::click(list, IDC_SCHEDULE_MODIFY);
-        const HWND editor = console_.waitForWindowWith(IDC_SCHEDULE_DAY_TABS);
-        require(editor != nullptr, "no schedule editor appeared");
-        console_.clickTab(editor, IDC_SCHEDULE_DAY_TABS, 1);
-        require(ConsoleDriver::waitUntil([&] {
-                    return ConsoleDriver::selectedEntry(editor, IDC_SCHEDULE_TIME) != consoleText(IDS_HOUR_NONE);
-                }),
-                "Monday has no hours");
-        takePicture(editor, "edit-schedule");
-        ConsoleDriver::click(editor, IDCANCEL);
-        require(console_.waitUntilGone(editor), "the schedule editor did not close");
-        ConsoleDriver::click(list, IDOK);
-        require(console_.waitUntilGone(list), "the list of Schedules did not close");
-    }
-
-    void createSchedule() {
-        step("Create a Schedule: \"Late shift\", Mondays from 9:30 PM to midnight");
-        console_.choose(IDM_SCHEDULES);
-        const HWND list = console_.waitForWindowWith(IDC_SCHEDULE_LIST);
-        require(list != nullptr, "no list of Schedules appeared");
-        ConsoleDriver::click(list, IDC_SCHEDULE_NEW);
-        const HWND editor = console_.waitForWindowWith(IDC_SCHEDULE_DAY_TABS);
-        require(editor != nullptr, "no schedule editor appeared");
-        ConsoleDriver::type(editor, IDC_SCHEDULE_NAME, kSchedule);
-        console_.clickTab(editor, IDC_SCHEDULE_DAY_TABS, 1);
-        const std::string entries[] = {"09", "30", consoleText(IDS_PM), "12", "00", consoleText(IDS_AM)};
-        for (unsigned i = 0; i < 6; ++i) {
-            // A day whose end is missing cannot be left.
-            if (i == 3) {
-                console_.clickTab(editor, IDC_SCHEDULE_DAY_TABS, 2);
-                closeMessage(IDS_PERIOD_NO_END, IDOK, "schedule-error");
-            }
-            require(ConsoleDriver::waitUntil(
-                        [&] { return ConsoleDriver::chooseEntry(editor, IDC_SCHEDULE_TIME + i, entries[i]); }, 2000),
-                    "a time could not be chosen");
-        }
-        takePicture(editor, "new-schedule");
-        ConsoleDriver::click(editor, IDOK);
-        require(console_.waitUntilGone(editor), "the schedule editor did not close");
-        ConsoleDriver::click(list, IDOK);
-        require(console_.waitUntilGone(list), "the list of Schedules did not close");
     }
 
     static std::string triggerName(Trigger trigger) {
@@ -333,6 +271,13 @@ class Tour {
         expect("Tour 3, audio", "EventResponseType", "3");
         expect("Tour 5, text file", "TtsFilename", "\\\\fileserver\\texts\\lobby.txml");
         expect("Tour 0, spoken", "Disabled", "1");
+        // What was changed and changed back, and what was mended.
+        expect("Front door", "Disabled", "0");
+        require(
+            stored.findKey("Events", "EventName", fillIn(consoleText(IDS_COPY_NAME), {"Pharmacy after hours"})).empty(),
+            "the copy is still stored");
+        expect("Annex door", "TriggerGroupKey", kMendedSource);
+        expect("Annex door", "badData", "0");
         const auto expectFile = [&](const std::string& name, const std::string& part) {
             const std::string guid = stored.value("Events", stored.findKey("Events", "EventName", name), "FileGUID");
             require(stored.file(guid).find(part) != std::string::npos, name + ": its payload file lacks " + part);
@@ -372,6 +317,7 @@ class Tour {
     }
 
     static constexpr const char* kSchedule = "Late shift";
+    static constexpr const char* kMendedSource = "Public areas";
     // Milliseconds: until a new window is painted, and of a window that is there for a short time only.
     static constexpr DWORD kPaintPause = 300;
     static constexpr DWORD kGlimpse = 50;
@@ -381,6 +327,8 @@ class Tour {
     std::string installation_;
     std::size_t expectedEvents_ = kEvents;
     int step_ = 0;
+    Narrator narrator_{[this](const std::string& text) { step(text); },
+                       [this](HWND window, const std::string& name) { takePicture(window, name); }};
 };
 
 std::string besideThisProgram(const std::string& name) {

@@ -178,6 +178,23 @@ TEST_P(HelpPagesTest, EveryMessageIsExplained) {
     EXPECT_EQ(rows.size(), messages.size()) << "a message is explained that the console does not have";
 }
 
+// In the words of the column, with what it means and what to do.
+TEST_P(HelpPagesTest, EveryProblemOfEventsIsExplained) {
+    const std::string script = readScript(GetParam());
+    const auto rows = findAll(read("problems.htm"), "<tr (id=\"IDS_[\\s\\S]*?</tr>)");
+    const auto problems = findAll(readFile(kProject / "resources/resource.h"), "#define (IDS_PROBLEM_SHORT_\\w+) ");
+    EXPECT_GE(problems.size(), 19u);
+    EXPECT_EQ(rows.size(), problems.size());
+    for (const std::string& problem : problems) {
+        const auto words = findAll(script, "\n    " + problem + " \"([^\"]*)\"");
+        ASSERT_EQ(words.size(), 1u) << problem;
+        const std::string start = "id=\"" + problem + "\"><td>" + words.front() + "</td><td>";
+        const auto row = std::ranges::find_if(rows, [&](const std::string& each) { return each.starts_with(start); });
+        ASSERT_NE(row, rows.end()) << start;
+        EXPECT_EQ(findAll(*row, "(<td>[^<]+)").size(), 3u) << *row;
+    }
+}
+
 // In the language's own names of keys, in one row with the words of the menu.
 TEST_P(HelpPagesTest, EveryShortcutIsOnThePageOfTheKeyboard) {
     const ScriptTexts texts(GetParam());

@@ -255,10 +255,9 @@ TEST_F(EventViewTest, TextsThatComeAndGoByTheThousandDoNoHarm) {
         }
         if (round % 100 == 50) add();
         if (round % 100 == 99) sortAnew();
-        if (round % 50 == 0) expectRows(round);
+        if (round <= 150) table_.filterBy(filter_ = round < 150 ? "trigger:#30 xa" : "trigger:#30 b", EventState::kAll);
+        if (round < 150 || round % 50 == 0) expectRows(round);
     }
-    table_.filterBy(filter_ = "trigger:#30", EventState::kAll);
-    expectRows(400);
 }
 
 TEST_F(EventViewTest, AFilterMayHaveAnyNumberOfTerms) {
@@ -301,6 +300,8 @@ TEST_F(EventViewTest, FilterOrderAndSelectionStayWhenAllEventsGoAndComeAgain) {
     selected_ = {&again.record};
     expectRows(2);
     sortAnew();
+    table_.allTextsChanged();
+    EXPECT_FALSE(table_.prepareTexts(1'000));
     expectRows(3);
 }
 

@@ -1,7 +1,8 @@
 // Ids of every dialog, menu and text, shared by the program and all language libraries.
 //
-// Ranges: dialogs and other resources below 1000 (strings 101 to 399 and 700 to 749 count apart from them), controls of dialog N from
-// 1000 on in ranges of 20, commands from 32771 on. A language library that lacks one falls back to the program's own.
+// Ranges: dialogs and other resources below 1000 (strings 101 to 399 and 700 to 749 count apart from them), controls of
+// dialog N from 1000 on in ranges of 20, commands from 32771 on. A language library that lacks one falls back to the
+// program's own.
 #pragma once
 
 #define IDR_MANIFEST_ORVC 1

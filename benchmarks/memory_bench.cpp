@@ -1,6 +1,6 @@
-// memory_bench: what the console keeps in memory for each Event, store, records, rows and the
-// texts in which the list is searched together, against the bytes of the
-// names and values that the server sent. For 32-bit Windows, as the console is.
+// memory_bench: what the console keeps in memory for each Event, store, records, rows and the texts in which the list
+// is searched together, against the bytes of the names and values that the server sent. For 32-bit Windows, as the
+// console is.
 #include <windows.h>
 
 #include <psapi.h>

@@ -52,19 +52,17 @@ void EventOrder::arrange(std::vector<EventSortKey> keys) {
     Model::Compare compareRows;
     if (!keys.empty()) compareRows = [this](Slot a, Slot b) { return compare(a, b); };
     model_.arrange(
-        std::move(compareRows), [&](Slots& slots) { permute(slots, keys, !renamed.empty()); }, renamed);
+        std::move(compareRows), [&](Slots& slots) { permute(slots, keys, renamed); }, renamed);
     texts_.forgetRenamed();
 }
 
 // What may fail comes first; then the members take it over.
-void EventOrder::permute(Slots& slots, std::vector<EventSortKey>& keys, bool areRenamed) {
-    Given given = given_;
+void EventOrder::permute(Slots& slots, std::vector<EventSortKey>& keys, Records renamed) {
+    Given given = readGiven(slots, renamed);
     Slots sorted = slots;
-    if (given.positions.empty() || areRenamed) {
-        if (!isGiven() || areRenamed) model_.sortAsGiven(sorted);
-        given = readGiven(sorted);
-    }
     sortByNumber(sorted, given.positions);
+    if (given.names.empty() && std::ranges::find(keys, EventColumnId::kName, &EventSortKey::column) != keys.end())
+        given.names = numberNames(sorted);
     std::vector<EventValues> values;
     if (!keys.empty()) values = texts_.allValues();
     // The least important column first: each sort keeps what the one before did.
@@ -80,15 +78,30 @@ void EventOrder::permute(Slots& slots, std::vector<EventSortKey>& keys, bool are
     keys_.swap(keys);
 }
 
-EventOrder::Given EventOrder::readGiven(const Slots& slots) const {
-    Given given{Numbers(model_.slotEnd()), Numbers(model_.slotEnd())};
-    std::uint32_t name = 0;
-    for (std::size_t i = 0; i < slots.size(); ++i) {
-        if (i > 0 && model_.orderOf(slots[i]) != model_.orderOf(slots[i - 1])) ++name;
-        given.positions[slots[i]] = static_cast<std::uint32_t>(i);
-        given.names[slots[i]] = name;
-    }
+EventOrder::Given EventOrder::readGiven(const Slots& slots, Records renamed) const {
+    Given given = given_;
+    given.positions.resize(model_.slotEnd(), kNew);
+    for (const EventRecord* record : renamed)
+        if (const auto slot = model_.slotOf(*record)) given.positions[*slot] = kNew;
+    Slots sorted = slots;
+    if (!isGiven()) sortByNumber(sorted, given.positions);
+    // The new ones stand behind the others.
+    const auto settled = std::ranges::find(sorted, kNew, [&](Slot slot) { return given.positions[slot]; });
+    if (settled == sorted.end()) return given;
+    if (!isGiven() || !renamed.empty()) model_.sortAsGiven(sorted, static_cast<std::size_t>(settled - sorted.begin()));
+    for (std::uint32_t position = 0; const Slot slot : sorted)
+        given.positions[slot] = position++;
+    given.names.clear();
     return given;
+}
+
+EventOrder::Numbers EventOrder::numberNames(const Slots& slots) const {
+    Numbers names(model_.slotEnd());
+    for (std::size_t i = 1; i < slots.size(); ++i) {
+        const bool isSame = model_.orderOf(slots[i]) == model_.orderOf(slots[i - 1]);
+        names[slots[i]] = names[slots[i - 1]] + (isSame ? 0 : 1);
+    }
+    return names;
 }
 
 EventOrder::Numbers EventOrder::numbersOf(EventColumnId column, const std::vector<EventValues>& values) {
@@ -140,12 +153,14 @@ int EventOrder::compareBy(EventColumnId column, Slot a, Slot b) const {
 }
 
 void EventOrder::makeRoom(Slot slot) {
-    if (!isGiven() && slot >= placed_.size()) placed_.resize(slot + 1);
+    if (isGiven()) return;
+    if (slot >= given_.positions.size()) given_.positions.resize(slot + 1, kNew);
+    if (slot >= placed_.size()) placed_.resize(slot + 1);
 }
 
 void EventOrder::came(Slot slot) {
     if (isGiven()) return;
-    given_ = {};
+    given_.positions[slot] = kNew;
     const EventValues values = texts_.values(slot);
     for (const TextPool::Id text : values.texts)
         texts_.pool().prepareToCompare(text);

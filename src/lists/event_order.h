@@ -57,9 +57,10 @@ class EventOrder {
   private:
     using Numbers = std::vector<std::uint32_t>;
     using Slots = std::vector<Slot>;
+    using Records = std::span<const EventRecord* const>;
 
     void arrange(std::vector<EventSortKey> keys);
-    void permute(Slots& slots, std::vector<EventSortKey>& keys, bool areRenamed);
+    void permute(Slots& slots, std::vector<EventSortKey>& keys, Records renamed);
     Numbers numbersOf(EventColumnId column, const std::vector<EventValues>& values);
     Numbers rankTexts(std::size_t index, const std::vector<EventValues>& values);
     int compare(Slot a, Slot b) const;
@@ -71,12 +72,15 @@ class EventOrder {
     std::vector<EventValues> placed_;  // by slot; empty in the given order
 
     // Where each row stands in the given order, by slot, so that names are compared once only while the list is sorted
-    // by one column after the other. Empty when not known; rows that went leave gaps.
+    // by one column after the other. Rows that went leave gaps. In the given order itself nothing is kept.
+    static constexpr std::uint32_t kNew = 0xFFFFFFFF;  // not known yet
     struct Given {
         Numbers positions;
-        Numbers names;  // the same for equal names
+        Numbers names;  // the same for equal names; empty until the list is sorted by name and another column
     };
-    Given readGiven(const Slots& slots) const;
+    Given readGiven(const Slots& slots, Records renamed) const;
+    // By slot, of slots in the given order.
+    Numbers numberNames(const Slots& slots) const;
     Given given_;
 };
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -168,11 +169,18 @@ class ListModel {
         rebuildShown();
         changed();
     }
-    // Brings rows into the given order. Throws std::bad_alloc and changes nothing then.
-    void sortAsGiven(std::vector<Slot>& slots) const {
-        sortByText(
-            slots, [this](Slot slot) -> const std::string& { return orderOf(slot); },
-            [this](Slot a, Slot b) { return rows_[a].serial > rows_[b].serial; });
+    // Brings rows into the given order, of which the first `settled` stand in it already. Throws std::bad_alloc and
+    // changes nothing then.
+    void sortAsGiven(std::vector<Slot>& slots, std::size_t settled = 0) const {
+        constexpr std::size_t kManyMore = 8;
+        if (settled > kManyMore * (slots.size() - settled)) {
+            std::vector<Slot> came(slots.begin() + static_cast<std::ptrdiff_t>(settled), slots.end());
+            mergeTail(slots, std::span(came), [this](Slot a, Slot b) { return isGivenBefore(a, b); });
+        } else {
+            sortByText(
+                slots, [this](Slot slot) -> const std::string& { return orderOf(slot); },
+                [this](Slot a, Slot b) { return rows_[a].serial > rows_[b].serial; });
+        }
     }
     // The text by which a row is placed in the given order.
     const std::string& orderOf(Slot slot) const { return rows_[slot].order; }
@@ -289,10 +297,13 @@ class ListModel {
         all_.reserve(most);
     }
 
-    bool comesBefore(Slot a, Slot b) const {
-        int compared = compare_ ? compare_(a, b) : 0;
-        if (compared == 0) compared = orderOf(a).compare(orderOf(b));
+    bool isGivenBefore(Slot a, Slot b) const {
+        const int compared = orderOf(a).compare(orderOf(b));
         return compared != 0 ? compared < 0 : rows_[a].serial > rows_[b].serial;
+    }
+    bool comesBefore(Slot a, Slot b) const {
+        const int compared = compare_ ? compare_(a, b) : 0;
+        return compared != 0 ? compared < 0 : isGivenBefore(a, b);
     }
     auto order() const {
         return [this](Slot a, Slot b) { return comesBefore(a, b); };
@@ -355,7 +366,9 @@ class ListModel {
     // Cannot fail for lack of memory.
     void settle() const {
         if (waiting_ == 0) return;
-        mergeTail<kMostWaiting>(all_, waiting_, order());
+        std::array<Slot, kMostWaiting> came;
+        std::copy(all_.end() - static_cast<std::ptrdiff_t>(waiting_), all_.end(), came.begin());
+        mergeTail(all_, std::span(came).first(waiting_), order());
         waiting_ = 0;
         if (filter_) rebuildShown();
     }

@@ -106,6 +106,10 @@ TEST_F(ListModelTest, AnotherOrderPlacesRowsThatComeLaterAndMovesNoneThatChange)
     model_.arrange(nullptr, [&](std::vector<Slot>& slots) { model_.sortAsGiven(slots); });
     add("aa");
     EXPECT_EQ(rows(), "0 A aa b bb dd e");
+    item("dd").name = "aa";
+    model_.arrange(
+        nullptr, [&](std::vector<Slot>& slots) { model_.sortAsGiven(slots); }, std::array{&item("dd")});
+    EXPECT_EQ(model_.at(2).key, "dd") << "it counts as the latest";
 }
 
 TEST_F(ListModelTest, AnOrderThatFailsLeavesTheOneBefore) {

@@ -90,6 +90,7 @@
 #define IDC_EVENT_TRIGGER_GROUP 1223
 #define IDC_EVENT_TIMING_GROUP 1224
 #define IDC_EVENT_RESPONSE_GROUP 1225
+#define IDC_EVENT_FOOT 1226
 
 #define IDC_AUDIO_LIST 1240
 #define IDC_AUDIO_LABEL 1241
@@ -100,6 +101,7 @@
 
 #define IDC_TTS_TEXT 1280
 #define IDC_TTS_TEXT_LABEL 1281
+#define IDC_TTS_NOTE 1282
 
 #define IDC_EMAIL_FROM 1300
 #define IDC_EMAIL_TO 1301
@@ -109,8 +111,10 @@
 #define IDC_EMAIL_TO_LABEL 1305
 #define IDC_EMAIL_SUBJECT_LABEL 1306
 #define IDC_EMAIL_MESSAGE_LABEL 1307
+#define IDC_EMAIL_NOTE 1308
 
 #define IDC_PREFERENCES_TABS 1320
+#define IDC_PREFERENCES_FOOT 1321
 
 #define IDC_PREFERENCES_TRAY 1340
 
@@ -147,6 +151,7 @@
 #define IDC_SCHEDULE_TIME_LABEL 1144
 #define IDC_SCHEDULE_TIME 1150
 #define IDC_SCHEDULE_PART_LABEL 1170
+#define IDC_SCHEDULE_FOOT 1188
 
 // Commands
 #define IDM_EXIT 32771
@@ -390,6 +395,30 @@
 #define IDS_COLUMN_USERS 467
 #define IDS_DELETE_SCHEDULE 468
 #define IDS_DELETE_SCHEDULE_CAPTION 469
+
+// What saving an Event changes although nobody asked for it
+#define IDS_SAVE_DELAY_CUT 470
+#define IDS_SAVE_DELAY_DROPPED 471
+#define IDS_SAVE_AUDIO_DROPPED 472
+#define IDS_SAVE_TTS_FILE_DROPPED 473
+#define IDS_SAVE_PAYLOAD_DROPPED 474
+#define IDS_SAVE_COPIES_DROPPED 475
+#define IDS_SAVE_CHARACTERS 476
+#define IDS_SAVE_QUOTE 477
+
+// Why the last logon failed, for banner and status bar
+#define IDS_REASON_NO_ANSWER 480
+#define IDS_REASON_NOT_FOUND 481
+#define IDS_REASON_INVALID 482
+#define IDS_REASON_IN_USE 483
+#define IDS_REASON_INVALID_OR_IN_USE 484
+#define IDS_REASON_INCOMPATIBLE 485
+#define IDS_REASON_NO_RIGHTS 486
+#define IDS_REASON_OTHER 487
+
+// The logon dialog above entries that are not saved
+#define IDS_LOSE_ENTRIES 490
+#define IDS_LOSE_ENTRIES_CAPTION 491
 
 // Raised whenever an id, a control or a placeholder changes: a language library of another revision does not fit.
 #define IDS_RESOURCE_REVISION 399

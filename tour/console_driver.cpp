@@ -173,7 +173,12 @@ std::string ConsoleDriver::textOf(HWND window) {
 }
 
 std::string ConsoleDriver::textOf(HWND dialog, unsigned controlId) {
-    return textOf(GetDlgItem(dialog, static_cast<int>(controlId)));
+    const HWND control = GetDlgItem(dialog, static_cast<int>(controlId));
+    std::string text = textOf(control);
+    char className[16] = "";
+    GetClassNameA(control, className, sizeof className);
+    if (lstrcmpiA(className, "Button") == 0) std::erase(text, '&');
+    return text;
 }
 
 std::string ConsoleDriver::messageText(HWND messageBox) {

@@ -55,6 +55,7 @@ class ConsoleDriver {
     HWND mainWindow(DWORD milliseconds = kPatience);
     HWND logonDialog(DWORD milliseconds = kPatience);
 
+    // A control's text; that of a button as one reads it, without the sign of its underlined letter.
     static std::string textOf(HWND window);
     static std::string textOf(HWND dialog, unsigned controlId);
     static std::string messageText(HWND messageBox);

@@ -180,7 +180,7 @@ void Commands::showAbout() {
 void Commands::editPreferences() {
     LocalSettings& settings = s_.parts.settings.values();
     CPreferencesDlg preferences(s_.parts.resources, s_.parts.log, settings.hideMinimized != 0,
-                                s_.session.mailSettings());
+                                s_.session.mailSettings(), [this] { return s_.workbench.linkNote(); });
     if (!preferences.run(window_)) return;
     settings.hideMinimized = preferences.minimizesToTray() ? 1 : 0;
     s_.parts.settings.save();

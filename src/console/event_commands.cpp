@@ -12,6 +12,7 @@
 #include "ui/dialog.h"
 #include "view/window_texts.h"
 #include "win32/collation.h"
+#include "win32/folding.h"
 #include "win32/new_guid.h"
 
 namespace orvc {
@@ -47,8 +48,8 @@ void EventCommands::modify() {
 void EventCommands::runEditor(const EventRecord* event) {
     CSetupEventDlg editor(
         {parts_.resources, parts_.link, session_.directory(), session_.schedules(), session_.fileReader(), parts_.log,
-         parts_.clock, win32::makeSortKey, [this] { return session_.isConnected(); },
-         [this](Change change) { store(std::move(change)); }, scheduleCommands()},
+         parts_.clock, win32::makeSortKey, win32::makeTextFolder(), [this] { return session_.isConnected(); },
+         [this](Change change) { store(std::move(change)); }, scheduleCommands(), linkNote_},
         event);
     if (editor.run(window_)) select(editor.key());
 }
@@ -151,7 +152,8 @@ ScheduleCommands EventCommands::scheduleCommands() {
                 return names;
             },
             [&index](const std::string& key) { return index.countUsersOfSchedule(key); },
-            [this](const ScheduleRecord& record, const std::string& otherKey) { deleteSchedule(record, otherKey); }};
+            [this](const ScheduleRecord& record, const std::string& otherKey) { deleteSchedule(record, otherKey); },
+            linkNote_};
 }
 
 void EventCommands::deleteSchedule(const ScheduleRecord& record, const std::string& otherKey) {

@@ -6,6 +6,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "console/console_parts.h"
@@ -27,6 +28,8 @@ class EventCommands {
                   std::function<void(const std::string&)> tell);
 
     void attach(HWND window) { window_ = window; }
+    // What the dialogs say of a lost link. Set before one opens.
+    void setLinkNote(LinkNote linkNote) { linkNote_ = std::move(linkNote); }
 
     void create() { runEditor(nullptr); }
     void modify();
@@ -71,6 +74,7 @@ class EventCommands {
     EventTable& table_;
     EventListView& list_;
     std::function<void(const std::string&)> tell_;
+    LinkNote linkNote_;
     EventCopier copier_;
     HWND window_ = nullptr;
     std::optional<Gate::Ticket> ticket_;  // of the last command on many

@@ -2,6 +2,9 @@
 
 #include <windowsx.h>
 
+#include <functional>
+#include <utility>
+
 #include "checker/event_sentence.h"
 #include "checker/problem_text.h"
 #include "console/start_up.h"
@@ -20,6 +23,23 @@ namespace {
 LRESULT CALLBACK keyboardProcedure(int code, WPARAM wParam, LPARAM lParam) {
     return CallNextHookEx(nullptr, code, wParam, lParam);
 }
+
+// A logon that tells when an attempt has ended.
+class TellingLogon final : public LogonLink {
+  public:
+    TellingLogon(LogonLink& link, std::function<void()> onEnd) : link_(link), onEnd_(std::move(onEnd)) {}
+    StartResult start(const KSSocketAddress& address, const std::string& logonId,
+                      const std::string& password) override {
+        const StartResult result = link_.start(address, logonId, password);
+        onEnd_();
+        return result;
+    }
+    std::int32_t stop() override { return link_.stop(); }
+
+  private:
+    LogonLink& link_;
+    std::function<void()> onEnd_;
+};
 
 }  // namespace
 
@@ -101,6 +121,7 @@ bool MainWindow::onInit() {
     ui::setFailureHandler([this](const char* what) { parts_.log.log("%s", what); });
     ui::setHelpHandler([this](unsigned topic) { help_.open(GetLastActivePopup(topmostModal()), topic); });
     eventCommands_.attach(window());
+    eventCommands_.setLinkNote([this] { return workbench_.linkNote(); });
     workbench_.attach(window(), menu_.get(), dpi());
     installKeyboardHook();
     tray_.attach(window(), smallIcon_.get());
@@ -293,7 +314,8 @@ void MainWindow::stopTimer(std::uintptr_t timerId) {
 }
 
 LogonOutcome MainWindow::runLogonDialog(const LogonEntry& entry, LogonLink& link) {
-    CKSLogonDlg dialog(parts_.resources, link, parts_.log, entry);
+    TellingLogon telling(link, [this] { workbench_.refreshSoon(); });
+    CKSLogonDlg dialog(parts_.resources, telling, parts_.log, entry);
     // A menu that is open goes first; the logon comes with the next tick.
     if (closeMenuAndDropDown()) return {};
     // After a server stop an editor or a message box may be open: the logon comes in front of it.

@@ -116,8 +116,13 @@ LinkStatus Workbench::linkStatus() const {
     link.port = settings.ipPort;
     link.logonId = logonId_;
     link.wasConnected = session.lostAt().has_value();
+    if (const auto failure = session.logonFailure()) link.reason = reasonText(s_.parts.resources, *failure);
     if (link.wasConnected) link.lostAt = s_.parts.clock.toLocal(*session.lostAt());
     return link;
+}
+
+std::string Workbench::linkNote() const {
+    return bannerText(s_.parts.resources, linkStatus());
 }
 
 ListCounts Workbench::counts() const {
@@ -161,7 +166,7 @@ void Workbench::showTexts() {
 
 void Workbench::tell(const std::string& sentence) {
     told_ = sentence;
-    SetTimer(window_, timer::kStatus, 0, nullptr);
+    refreshSoon();
 }
 
 void Workbench::showBanner(const std::string& text) {

@@ -40,6 +40,10 @@ class Workbench {
 
     // Brings everything around the list up to date. Cheap where nothing has changed.
     void refresh();
+    // What the banner says, for dialogs that are open.
+    std::string linkNote() const;
+    // Shows a change of the link soon.
+    void refreshSoon() const { SetTimer(window_, timer::kStatus, 0, nullptr); }
     // One sentence about what was done last.
     void tell(const std::string& sentence);
     // What the status bar says of a menu item; nothing when the menu closes.

@@ -160,6 +160,15 @@ std::optional<LRESULT> CConfigureSchedulesDlg::onMessage(UINT message, WPARAM, L
     return std::nullopt;
 }
 
+// In the list, Del and Enter do what Delete and Modify do. They never close the dialog.
+bool CConfigureSchedulesDlg::onPreview(MSG& message) {
+    if (message.message != WM_KEYDOWN || message.hwnd != list_.window()) return false;
+    if (message.wParam != VK_DELETE && message.wParam != VK_RETURN) return false;
+    const unsigned button = message.wParam == VK_DELETE ? IDC_SCHEDULE_DELETE : IDC_SCHEDULE_MODIFY;
+    if (IsWindowEnabled(control(button))) onCommand(button, BN_CLICKED);
+    return true;
+}
+
 void CConfigureSchedulesDlg::newSchedule() {
     ScheduleEdit created(formatGuid(win32::newGuid()));
     if (!edit(created)) return;
@@ -180,7 +189,7 @@ void CConfigureSchedulesDlg::modifySchedule() {
 
 // Runs the editor. The list's records may all be other ones when it returns.
 bool CConfigureSchedulesDlg::edit(ScheduleEdit& edit) {
-    const bool saved = CEditScheduleDlg(resources(), edit.record()).runModal(window()) == IDOK;
+    const bool saved = CEditScheduleDlg(resources(), edit.record(), commands_.linkNote).runModal(window()) == IDOK;
     if (!saved) {
         // The row stays as it was.
         edit.cancel(schedules_);

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "dialogs/link_note.h"
 #include "editors/schedule/schedule_edit.h"
 #include "lists/schedule_table.h"
 #include "resources/resource.h"
@@ -26,6 +27,7 @@ struct ScheduleCommands {
     // Deletes the Schedule on the server. Events that use it get the other one first; with one that could not get it,
     // the Schedule stays.
     std::function<void(const ScheduleRecord& record, const std::string& otherKey)> deleteOnServer;
+    LinkNote linkNote;
 };
 
 // Purpose: lists the Schedules and who uses them, and has them made, changed, taken off the list, and deleted.
@@ -41,6 +43,7 @@ class CConfigureSchedulesDlg final : public ui::Dialog {
     bool onCommand(unsigned id, unsigned notification) override;
     std::optional<LRESULT> onNotify(NMHDR& header) override;
     bool onTimer(std::uintptr_t timer) override;
+    bool onPreview(MSG& message) override;
     std::optional<LRESULT> onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
     void setColumnWidths();

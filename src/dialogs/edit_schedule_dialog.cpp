@@ -2,6 +2,8 @@
 
 #include <commctrl.h>
 
+#include <utility>
+
 #include "resources/resource.h"
 #include "support/text.h"
 #include "ui/controls.h"
@@ -10,6 +12,7 @@
 namespace orvc {
 namespace {
 
+constexpr UINT_PTR kFootTimer = 1;
 constexpr int kHours = 12;
 constexpr int kListsPerTime = 3;
 
@@ -25,15 +28,20 @@ constexpr unsigned halfList(int time) {
 
 }  // namespace
 
-CEditScheduleDlg::CEditScheduleDlg(const ui::Resources& resources, ScheduleRecord& record)
-    : Dialog(resources, IDD_EDIT_SCHEDULE), form_(record), recordName_(record.name.value_or(std::string())) {}
+CEditScheduleDlg::CEditScheduleDlg(const ui::Resources& resources, ScheduleRecord& record, LinkNote linkNote)
+    : Dialog(resources, IDD_EDIT_SCHEDULE),
+      form_(record),
+      recordName_(record.name.value_or(std::string())),
+      linkNote_(std::move(linkNote)) {}
 
 bool CEditScheduleDlg::onInit() {
+    foot_.attach(control(IDC_SCHEDULE_FOOT));
     fillLists();
     insertTabs();
     showNameHint();
     showForm();
     centerOn(GetParent(window()));
+    SetTimer(window(), kFootTimer, kLinkNotePeriod, nullptr);
     return true;
 }
 
@@ -143,6 +151,17 @@ std::optional<LRESULT> CEditScheduleDlg::onNotify(NMHDR& header) {
     if (header.idFrom != IDC_SCHEDULE_DAY_TABS || header.code != TCN_SELCHANGE) return std::nullopt;
     changeDay(static_cast<int>(SendMessageA(header.hwndFrom, TCM_GETCURSEL, 0, 0)));
     return 0;
+}
+
+bool CEditScheduleDlg::onTimer(std::uintptr_t timer) {
+    if (timer == kFootTimer) foot_.show(linkNote_());
+    return timer == kFootTimer;
+}
+
+bool CEditScheduleDlg::onPreview(MSG& message) {
+    const auto day = ui::tabChosenBy(message, control(IDC_SCHEDULE_DAY_TABS));
+    if (day) changeDay(*day);
+    return day.has_value();
 }
 
 void CEditScheduleDlg::changeName() {

@@ -1,8 +1,10 @@
 // The schedule editor's window; its rules are ScheduleForm's.
 #pragma once
 
+#include "dialogs/link_note.h"
 #include "editors/schedule/schedule_form.h"
 #include "ui/dialog.h"
+#include "ui/foot_line.h"
 
 namespace orvc {
 
@@ -11,12 +13,15 @@ namespace orvc {
 // Thread: user-interface thread. Lifetime: the record is the caller's own and outlives the dialog.
 class CEditScheduleDlg final : public ui::Dialog {
   public:
-    CEditScheduleDlg(const ui::Resources& resources, ScheduleRecord& record);
+    CEditScheduleDlg(const ui::Resources& resources, ScheduleRecord& record, LinkNote linkNote);
 
   private:
     bool onInit() override;
     bool onCommand(unsigned id, unsigned notification) override;
     std::optional<LRESULT> onNotify(NMHDR& header) override;
+    bool onTimer(std::uintptr_t timer) override;
+    bool onPreview(MSG& message) override;
+    bool holdsEntries() const override { return true; }
 
     void fillLists();
     void insertTabs();
@@ -39,6 +44,8 @@ class CEditScheduleDlg final : public ui::Dialog {
 
     ScheduleForm form_;
     std::string recordName_;
+    LinkNote linkNote_;
+    ui::FootLine foot_;
     bool showing_ = false;  // the controls are changed by us, not by the operator
 };
 

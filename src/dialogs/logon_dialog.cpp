@@ -13,6 +13,7 @@ constexpr UINT_PTR kCountdownTimer = 1;
 constexpr UINT_PTR kUnusedTimer = 3;
 constexpr UINT kCountdownPeriod = 1000;
 constexpr UINT kBeginMessage = WM_APP;
+constexpr DWORD kKeyPause = 500;  // milliseconds
 
 // Window sizes in pixels at 96 DPI.
 constexpr int kWidth = 290;
@@ -34,6 +35,9 @@ CKSLogonDlg::CKSLogonDlg(const ui::Resources& resources, LogonLink& link, Tracki
 
 LogonOutcome CKSLogonDlg::run(HWND owner) {
     outcome_ = {};
+    // The main window has no owner.
+    ignoresKeys_ = owner != nullptr && GetWindow(owner, GW_OWNER) != nullptr;
+    lastKey_ = GetTickCount();
     runModal(owner);
     return outcome_;
 }
@@ -74,6 +78,25 @@ bool CKSLogonDlg::onCommand(unsigned id, unsigned notification) {
 bool CKSLogonDlg::onTimer(std::uintptr_t timer) {
     if (timer == kCountdownTimer) sequence_.onTick();
     return true;
+}
+
+// Somebody who types into a dialog does not see at once that this one has come in front of it.
+bool CKSLogonDlg::onPreview(MSG& message) {
+    if (!ignoresKeys_ || message.message < WM_KEYFIRST || message.message > WM_KEYLAST) return false;
+    // The times are those of the keys, however late they are handled.
+    const bool isPress = message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN;
+    const auto pause = static_cast<LONG>(message.time - lastKey_);
+    if (isPress && pause >= static_cast<LONG>(kKeyPause)) {
+        ignoresKeys_ = false;
+        return false;
+    }
+    if (isPress && pause > 0) lastKey_ = message.time;
+    return true;
+}
+
+bool CKSLogonDlg::mayCancel() {
+    return !holdsEntriesAnywhere() ||
+           ui::askYesNo(window(), resources().text(IDS_LOSE_ENTRIES), resources().text(IDS_LOSE_ENTRIES_CAPTION));
 }
 
 void CKSLogonDlg::showOptions(bool shown) {

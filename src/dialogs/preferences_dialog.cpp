@@ -3,6 +3,8 @@
 #include <commctrl.h>
 #include <uxtheme.h>
 
+#include <utility>
+
 #include "dialogs/setup_email_dialog.h"
 #include "editors/preferences/trial_email.h"
 #include "resources/resource.h"
@@ -13,6 +15,7 @@ namespace orvc {
 namespace {
 
 constexpr int kEmailTab = 1;
+constexpr UINT_PTR kFootTimer = 1;
 
 }  // namespace
 
@@ -79,10 +82,14 @@ void CPreferencesEmailDlg::testSettings() {
 // Both
 
 CPreferencesDlg::CPreferencesDlg(const ui::Resources& resources, TrackingLog& log, bool minimizesToTray,
-                                 const MailSettings& settings)
-    : Dialog(resources, IDD_PREFERENCES), general_(resources, minimizesToTray), email_(resources, log, settings) {}
+                                 const MailSettings& settings, LinkNote linkNote)
+    : Dialog(resources, IDD_PREFERENCES),
+      general_(resources, minimizesToTray),
+      email_(resources, log, settings),
+      linkNote_(std::move(linkNote)) {}
 
 bool CPreferencesDlg::onInit() {
+    foot_.attach(control(IDC_PREFERENCES_FOOT));
     insertTabs();
     if (!placePage(general_) || !placePage(email_)) {
         endDialog(IDCANCEL);
@@ -91,6 +98,7 @@ bool CPreferencesDlg::onInit() {
     showPage(0);
     centerOn(GetParent(window()));
     SetFocus(control(IDC_PREFERENCES_TABS));
+    SetTimer(window(), kFootTimer, kLinkNotePeriod, nullptr);
     return false;
 }
 
@@ -120,9 +128,19 @@ bool CPreferencesDlg::placePage(ui::Dialog& page) {
 }
 
 void CPreferencesDlg::showPage(int tab) {
-    ShowWindow(general_.window(), SW_HIDE);
-    ShowWindow(email_.window(), SW_HIDE);
-    ShowWindow(tab == kEmailTab ? email_.window() : general_.window(), SW_SHOW);
+    ui::Dialog& shown = tab == kEmailTab ? static_cast<ui::Dialog&>(email_) : general_;
+    ui::Dialog& hidden = tab == kEmailTab ? static_cast<ui::Dialog&>(general_) : email_;
+    ShowWindow(shown.window(), SW_SHOW);
+    // The keyboard stays in the page that is seen.
+    if (IsChild(hidden.window(), GetFocus()))
+        SendMessageA(window(), WM_NEXTDLGCTL,
+                     reinterpret_cast<WPARAM>(GetNextDlgTabItem(shown.window(), nullptr, FALSE)), TRUE);
+    ShowWindow(hidden.window(), SW_HIDE);
+}
+
+bool CPreferencesDlg::onTimer(std::uintptr_t timer) {
+    if (timer == kFootTimer) foot_.show(linkNote_());
+    return timer == kFootTimer;
 }
 
 bool CPreferencesDlg::onCommand(unsigned id, unsigned notification) {
@@ -142,6 +160,11 @@ std::optional<LRESULT> CPreferencesDlg::onNotify(NMHDR& header) {
 // A box of several lines keeps Tab, Enter and Esc for itself. The result box is read-only and does not need them: let
 // the dialog handle them.
 bool CPreferencesDlg::onPreview(MSG& message) {
+    if (const auto tab = ui::tabChosenBy(message, control(IDC_PREFERENCES_TABS))) {
+        SendMessageA(control(IDC_PREFERENCES_TABS), TCM_SETCURSEL, static_cast<WPARAM>(*tab), 0);
+        showPage(*tab);
+        return true;
+    }
     const bool isDialogKey = message.wParam == VK_TAB || message.wParam == VK_RETURN || message.wParam == VK_ESCAPE;
     if (message.message == WM_KEYDOWN && isDialogKey && message.hwnd == email_.resultBox()) message.hwnd = window();
     return false;

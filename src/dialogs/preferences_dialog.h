@@ -4,10 +4,12 @@
 #include <functional>
 #include <string>
 
+#include "dialogs/link_note.h"
 #include "editors/preferences/preferences_form.h"
 #include "resources/resource.h"
 #include "support/tracking_log.h"
 #include "ui/dialog.h"
+#include "ui/foot_line.h"
 
 namespace orvc {
 
@@ -59,7 +61,7 @@ class CPreferencesEmailDlg final : public PreferencesPage {
 class CPreferencesDlg final : public ui::Dialog {
   public:
     CPreferencesDlg(const ui::Resources& resources, TrackingLog& log, bool minimizesToTray,
-                    const MailSettings& settings);
+                    const MailSettings& settings, LinkNote linkNote);
 
     // True for OK. The pages then hold what the operator entered.
     bool run(HWND owner) { return runModal(owner) == IDOK; }
@@ -70,7 +72,9 @@ class CPreferencesDlg final : public ui::Dialog {
     bool onInit() override;
     bool onCommand(unsigned id, unsigned notification) override;
     std::optional<LRESULT> onNotify(NMHDR& header) override;
+    bool onTimer(std::uintptr_t timer) override;
     bool onPreview(MSG& message) override;
+    bool holdsEntries() const override { return true; }
 
     void insertTabs();
     bool placePage(ui::Dialog& page);
@@ -78,6 +82,8 @@ class CPreferencesDlg final : public ui::Dialog {
 
     CPreferencesGeneralDlg general_;
     CPreferencesEmailDlg email_;
+    LinkNote linkNote_;
+    ui::FootLine foot_;
 };
 
 }  // namespace orvc

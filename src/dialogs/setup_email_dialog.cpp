@@ -3,6 +3,7 @@
 #include <array>
 #include <system_error>
 
+#include "editors/event/save_warnings.h"
 #include "editors/preferences/trial_email.h"
 #include "resources/resource.h"
 #include "support/help_chapters.h"
@@ -79,7 +80,16 @@ void CSetupEmailDlg::showEnabling() {
         complete = complete && GetWindowTextLengthA(control(id)) > 0;
         enable(id, task_ == nullptr);
     }
-    enable(IDOK, complete);
+    enable(IDOK, complete && !showNote());
+}
+
+// What a payload file cannot hold; an e-mail that is only sent has none. Returns whether it must not be saved.
+bool CSetupEmailDlg::showNote() {
+    if (trial_) return false;
+    const EventEmail email = readEmail();
+    const std::string note = textOf(warningsForEmail(email), resources());
+    if (note != readText(IDC_EMAIL_NOTE)) showText(IDC_EMAIL_NOTE, note);
+    return spoilsPayloadFile(email);
 }
 
 // ---------------------------------------------------------------------------------------------------------------------

@@ -43,10 +43,12 @@ class CSetupEmailDlg final : public ui::Dialog {
     std::optional<LRESULT> onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     bool onPreview(MSG& message) override;
     unsigned helpTopic() const override;
+    bool holdsEntries() const override { return true; }
     void onDestroy() override;
 
     EventEmail readEmail() const;
     void showEnabling();
+    bool showNote();
     void accept();
     void startSending();
     void finishSending();

@@ -1,11 +1,15 @@
 #include "dialogs/setup_event_dialog.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "dialogs/configure_schedules_dialog.h"
 #include "dialogs/setup_email_dialog.h"
 #include "dialogs/setup_server_audio_dialog.h"
 #include "dialogs/setup_tts_dialog.h"
 #include "dialogs/setup_tts_filename_dialog.h"
 #include "editors/event/event_entry.h"
+#include "editors/event/save_warnings.h"
 #include "model/guid.h"
 #include "resources/resource.h"
 #include "ui/controls.h"
@@ -19,8 +23,13 @@ constexpr UINT_PTR kFetchSpokenText = 10;
 constexpr UINT_PTR kPollSpokenText = 11;
 constexpr UINT_PTR kFetchEmail = 20;
 constexpr UINT_PTR kPollEmail = 21;
+constexpr UINT_PTR kFootTimer = 30;
 constexpr UINT kFetchPeriod = 100;  // milliseconds
 constexpr UINT kPollPeriod = 10;
+
+// What is not searched comes first.
+constexpr std::array kDropDowns{IDC_EVENT_TRIGGER,  IDC_EVENT_TIMEOUT,  IDC_EVENT_TIMEOUT_VALUE, IDC_EVENT_TIMEOUT_UNIT,
+                                IDC_EVENT_SCHEDULE, IDC_EVENT_RESPONSE, IDC_EVENT_SOURCE,        IDC_EVENT_DESTINATION};
 
 }  // namespace
 
@@ -31,7 +40,9 @@ CSetupEventDlg::CSetupEventDlg(const EventEditorParts& parts, const EventRecord*
       key_(event != nullptr ? event->key : std::string()),
       form_(parts.resources, parts.directory, parts.schedules),
       fetcher_(parts.link, parts.fileReader, parts.log, parts.clock),
-      pleaseWait_(parts.resources, IDS_WAIT_UPDATING) {}
+      pleaseWait_(parts.resources, IDS_WAIT_UPDATING),
+      sourceSearch_(parts.foldText),
+      destinationSearch_(parts.foldText) {}
 
 bool CSetupEventDlg::run(HWND owner) {
     return runModal(owner) == IDOK;
@@ -41,7 +52,9 @@ bool CSetupEventDlg::run(HWND owner) {
 // Opening
 
 bool CSetupEventDlg::onInit() {
+    foot_.attach(control(IDC_EVENT_FOOT));
     fillFixedLists();
+    attachKeys();
     LoadResult loaded;
     if (opened_) {
         SetWindowTextA(window(), parts_.resources.text(IDS_MODIFY_EVENT).c_str());
@@ -49,6 +62,7 @@ bool CSetupEventDlg::onInit() {
     }
     showForm();
     centerOn(GetParent(window()));
+    SetTimer(window(), kFootTimer, kLinkNotePeriod, nullptr);
     for (const LoadMessage& message : loaded.messages) {
         if (isEnding()) return true;
         ui::showMessage(window(), parts_.resources.text(message.text), parts_.resources.text(message.caption));
@@ -65,6 +79,34 @@ void CSetupEventDlg::fillFixedLists() {
     ui::fillDropDown(control(IDC_EVENT_TIMEOUT_UNIT), listTimeoutUnits(parts_.resources), 0);
 }
 
+void CSetupEventDlg::attachKeys() {
+    for (std::size_t i = 0; i < kDropDowns.size(); ++i) {
+        const unsigned id = kDropDowns[i];
+        if (id == IDC_EVENT_SOURCE)
+            attachSearch(id, sourceSearch_, keys_[i]);
+        else if (id == IDC_EVENT_DESTINATION)
+            attachSearch(id, destinationSearch_, keys_[i]);
+        else
+            keys_[i].attach(control(id));
+    }
+}
+
+void CSetupEventDlg::attachSearch(unsigned id, PlaceSearch& search, ui::DropDownKeys& keys) {
+    keys.attach(control(id), {[&search](char c, int current) { return search.type(c, GetTickCount(), current); },
+                              [&search] { return search.isTyping(GetTickCount()); }});
+}
+
+std::vector<SearchText> CSetupEventDlg::searchedSources() const {
+    std::vector<SearchText> texts;
+    if (form_.sourceKind() == SourceKind::kPlaces) {
+        std::ranges::transform(form_.sources(), std::back_inserter(texts), searchTextOf);
+    } else {
+        for (const std::string& text : form_.otherSources())
+            texts.push_back({text, {}});
+    }
+    return texts;
+}
+
 // Everything that the form holds, for the first time.
 void CSetupEventDlg::showForm() {
     showing_ = true;
@@ -79,6 +121,7 @@ void CSetupEventDlg::showLists() {
     const auto choose = [this](unsigned id, std::int64_t index) { ui::selectEntry(control(id), index); };
     showing_ = true;
     if (std::exchange(shownSources_, form_.sourceRevision()) != form_.sourceRevision()) {
+        sourceSearch_.reset([this] { return searchedSources(); });
         if (form_.sourceKind() == SourceKind::kServer || form_.sourceKind() == SourceKind::kTimesOfDay)
             ui::fillDropDown(control(IDC_EVENT_SOURCE), form_.otherSources(), form_.sourceIndex());
         else
@@ -88,8 +131,14 @@ void CSetupEventDlg::showLists() {
         ui::fillDropDown(control(IDC_EVENT_SCHEDULE), form_.schedules(), form_.scheduleIndex(), &ScheduleChoice::name);
     if (std::exchange(shownResponses_, form_.responseRevision()) != form_.responseRevision())
         ui::fillDropDown(control(IDC_EVENT_RESPONSE), form_.responseTexts(), form_.responseIndex());
-    if (std::exchange(shownDestinations_, form_.destinationRevision()) != form_.destinationRevision())
+    if (std::exchange(shownDestinations_, form_.destinationRevision()) != form_.destinationRevision()) {
         ui::fillDropDown(control(IDC_EVENT_DESTINATION), form_.destinations(), form_.destinationIndex(), &Place::text);
+        destinationSearch_.reset([this] {
+            std::vector<SearchText> texts;
+            std::ranges::transform(form_.destinations(), std::back_inserter(texts), searchTextOf);
+            return texts;
+        });
+    }
     choose(IDC_EVENT_TRIGGER, form_.triggerIndex());
     choose(IDC_EVENT_SOURCE, form_.sourceIndex());
     choose(IDC_EVENT_TIMEOUT, form_.timeoutIndex());
@@ -119,6 +168,12 @@ void CSetupEventDlg::showEnabling() {
     // The keyboard stays with a control that can take it.
     if (focus != nullptr && GetParent(focus) == window() && !IsWindowEnabled(focus))
         SendMessageA(window(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(control(IDC_EVENT_NAME)), TRUE);
+    showFoot();
+}
+
+// The lost link, and what saving would change.
+void CSetupEventDlg::showFoot() {
+    foot_.show(joinSentences(parts_.linkNote(), textOf(warningsFor(form_, opened_), parts_.resources)));
 }
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -255,6 +310,9 @@ void CSetupEventDlg::save() {
 
 bool CSetupEventDlg::onTimer(std::uintptr_t timer) {
     switch (timer) {
+        case kFootTimer:
+            showFoot();
+            return true;
         case kFetchSpokenText:
             startFetch(PayloadKind::kSpokenText);
             return true;

@@ -1,18 +1,24 @@
 // The Event editor's window; what it holds, enables and checks is EventForm's knowledge.
 #pragma once
 
+#include <array>
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "dialogs/configure_schedules_dialog.h"
+#include "dialogs/link_note.h"
 #include "dialogs/please_wait_dialog.h"
 #include "editors/event/event_form.h"
+#include "editors/event/place_search.h"
 #include "lists/sort_key.h"
 #include "model/event_record.h"
 #include "session/change.h"
 #include "session/payload_fetcher.h"
 #include "ui/dialog.h"
+#include "ui/drop_down_keys.h"
+#include "ui/foot_line.h"
 
 namespace orvc {
 
@@ -27,9 +33,11 @@ struct EventEditorParts {
     TrackingLog& log;
     const Clock& clock;
     SortKeyMaker makeSortKey;
+    TextFolder foldText;
     std::function<bool()> isConnected;
     std::function<void(Change change)> apply;
     ScheduleCommands scheduleCommands;
+    LinkNote linkNote;
 };
 
 // Purpose: creates an Event or changes a copy of one. Thread: user-interface thread.
@@ -46,6 +54,7 @@ class CSetupEventDlg final : public ui::Dialog {
     bool onInit() override;
     bool onCommand(unsigned id, unsigned notification) override;
     bool onTimer(std::uintptr_t timer) override;
+    bool holdsEntries() const override { return true; }
     void onDestroy() override;
 
     bool onListChange(unsigned id);
@@ -58,9 +67,13 @@ class CSetupEventDlg final : public ui::Dialog {
     void save();
 
     void fillFixedLists();
+    void attachKeys();
+    void attachSearch(unsigned id, PlaceSearch& search, ui::DropDownKeys& keys);
+    std::vector<SearchText> searchedSources() const;
     void showForm();
     void showLists();
     void showEnabling();
+    void showFoot();
     void startFetch(PayloadKind fetch);
     void pollFetch(std::uintptr_t timer);
     void endFetch(PayloadKind kind);
@@ -71,6 +84,11 @@ class CSetupEventDlg final : public ui::Dialog {
     EventForm form_;
     PayloadFetcher fetcher_;
     CPleaseWaitDlg pleaseWait_;
+    // The source and the destination are found by what is typed.
+    PlaceSearch sourceSearch_;
+    PlaceSearch destinationSearch_;
+    std::array<ui::DropDownKeys, 8> keys_;
+    ui::FootLine foot_;
     bool showing_ = false;  // the controls are filled by us, not by the operator
     // What the lists show by now.
     unsigned shownSources_ = 0;

@@ -1,5 +1,6 @@
 #include "dialogs/setup_tts_dialog.h"
 
+#include "editors/event/save_warnings.h"
 #include "resources/resource.h"
 #include "ui/controls.h"
 
@@ -11,16 +12,23 @@ CSetupTtsDlg::CSetupTtsDlg(const ui::Resources& resources, std::string text)
 bool CSetupTtsDlg::onInit() {
     ui::liftTextLimit(control(IDC_TTS_TEXT));
     showText(IDC_TTS_TEXT, text_);
-    enable(IDOK, !text_.empty());
+    showState();
     centerOn(GetParent(window()));
     SetFocus(control(IDC_TTS_TEXT));
     return false;
 }
 
+void CSetupTtsDlg::showState() {
+    const std::string text = readText(IDC_TTS_TEXT);
+    const std::string note = textOf(warningsForText(text), resources());
+    enable(IDOK, !text.empty());
+    if (note != readText(IDC_TTS_NOTE)) showText(IDC_TTS_NOTE, note);
+}
+
 bool CSetupTtsDlg::onCommand(unsigned id, unsigned notification) {
     switch (id) {
         case IDC_TTS_TEXT:
-            if (ui::isEditChange(notification)) enable(IDOK, GetWindowTextLengthA(control(IDC_TTS_TEXT)) > 0);
+            if (ui::isEditChange(notification)) showState();
             return true;
         case IDOK:
             if (!IsWindowEnabled(control(IDOK))) return true;

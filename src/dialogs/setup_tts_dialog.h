@@ -18,6 +18,8 @@ class CSetupTtsDlg final : public ui::Dialog {
   private:
     bool onInit() override;
     bool onCommand(unsigned id, unsigned notification) override;
+    bool holdsEntries() const override { return true; }
+    void showState();
 
     std::string text_;
 };

@@ -18,6 +18,7 @@ class CSetupTtsFilenameDlg final : public ui::Dialog {
   private:
     bool onInit() override;
     bool onCommand(unsigned id, unsigned notification) override;
+    bool holdsEntries() const override { return true; }
 
     void browse();
 

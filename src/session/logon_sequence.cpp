@@ -113,7 +113,7 @@ void LogonSequence::onTick() {
 void LogonSequence::cancel() {
     if (attempting_) return;
     if (!retry_) {
-        view_.end(false);
+        if (view_.mayCancel()) view_.end(false);
         return;
     }
     retry_ = false;

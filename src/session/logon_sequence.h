@@ -29,6 +29,8 @@ class LogonView {
     virtual void showError(const std::string& text) = 0;
     // Selects the whole password and puts the focus there.
     virtual void selectPassword() = 0;
+    // Cancelling ends the console: asks, when that loses what was entered elsewhere.
+    virtual bool mayCancel() = 0;
     // Ends the dialog: logged on, or cancelled.
     virtual void end(bool success) = 0;
 };

@@ -198,6 +198,14 @@ void Session::takeLogon(const LogonOutcome& outcome) {
     host_.saveSettings();
 }
 
+StartResult Session::ReleasingLogon::start(const KSSocketAddress& address, const std::string& logonId,
+                                           const std::string& password) {
+    const StartResult result = session_.link_.start(address, logonId, password);
+    session_.logonFailure_.reset();
+    if (result.code != logon_result::kSuccess || !result.isAdministrator) session_.logonFailure_ = result;
+    return result;
+}
+
 // Avoid a deadlock: the library's thread may be waiting for this one.
 std::int32_t Session::stopLink() {
     const EventQueue::NoWaiting release(eventQueue_);
@@ -206,6 +214,7 @@ std::int32_t Session::stopLink() {
 
 void Session::logoff() {
     if (!link_.isOpen()) return;
+    logonFailure_.reset();
     // Until the stop event that this causes has been handled no timer may bring up the logon dialog.
     const ReentrancyCounter::Scope noTimers(timerRuns_);
     logoffPending_ = loggedOn_;

@@ -81,6 +81,9 @@ class Session {
     bool isConnected() const { return consoleMode_ ? loggedOn_ : link_.isOpen() && !stopped_; }
     // When the server stopped by itself, in seconds since 1970 UTC, until the next logon; nothing after a logoff.
     std::optional<std::int64_t> lostAt() const { return lostAt_; }
+    // Why the last attempt to log on failed, as the library told it; nothing when none did or one succeeded since. A
+    // user without administrator rights is one of them.
+    std::optional<StartResult> logonFailure() const { return logonFailure_; }
     bool isShuttingDown() const { return bShuttingDown_; }
     // The server's configuration is there, or the time to wait for it is over.
     bool isReady() const { return settingsReady_; }
@@ -140,9 +143,7 @@ class Session {
       public:
         explicit ReleasingLogon(Session& session) : session_(session) {}
         StartResult start(const KSSocketAddress& address, const std::string& logonId,
-                          const std::string& password) override {
-            return session_.link_.start(address, logonId, password);
-        }
+                          const std::string& password) override;
         std::int32_t stop() override { return session_.stopLink(); }
 
       private:
@@ -185,6 +186,7 @@ class Session {
     std::int64_t graceDeadline_ = 0;  // seconds since 1970 UTC: logon plus 5
     std::int64_t waitDeadline_ = 0;   // subscription or reload plus 2
     std::optional<std::int64_t> lostAt_;
+    std::optional<StartResult> logonFailure_;
     std::int64_t lastTimeoutLogged_ = -1;  // the second of the last timeout line
 };
 

@@ -1,5 +1,7 @@
 #include "ui/controls.h"
 
+#include <commctrl.h>
+
 namespace orvc::ui {
 namespace {
 
@@ -40,6 +42,15 @@ void selectEntry(HWND dropDown, std::int64_t entry) {
     const bool isThere = entry >= 0 && entry < SendMessageA(dropDown, CB_GETCOUNT, 0, 0);
     const int wanted = isThere ? static_cast<int>(entry) : -1;
     if (selectedEntry(dropDown) != wanted) SendMessageA(dropDown, CB_SETCURSEL, static_cast<WPARAM>(wanted), 0);
+}
+
+std::optional<int> tabChosenBy(const MSG& message, HWND tabs) {
+    const bool isKey = message.message == WM_KEYDOWN && message.wParam == VK_TAB && GetKeyState(VK_CONTROL) < 0;
+    if (!isKey || GetAncestor(message.hwnd, GA_ROOT) != GetAncestor(tabs, GA_ROOT)) return std::nullopt;
+    const auto count = static_cast<int>(SendMessageA(tabs, TCM_GETITEMCOUNT, 0, 0));
+    const auto current = static_cast<int>(SendMessageA(tabs, TCM_GETCURSEL, 0, 0));
+    if (count == 0) return std::nullopt;
+    return (current + (GetKeyState(VK_SHIFT) < 0 ? count - 1 : 1)) % count;
 }
 
 void liftTextLimit(HWND edit) {

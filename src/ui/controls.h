@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace orvc::ui {
@@ -45,6 +46,10 @@ int selectedEntry(HWND dropDown);
 
 // Selects an entry, unless it is selected already; one that the list does not have clears the selection.
 void selectEntry(HWND dropDown, std::int64_t entry);
+
+// Ctrl+Tab and Ctrl+Shift+Tab in a dialog with tabs: the tab that the key chooses, after the last one the first again.
+// Nothing for another message.
+std::optional<int> tabChosenBy(const MSG& message, HWND tabs);
 
 // Lets an edit take as much text as memory holds; by itself it stops at 32,767 characters.
 void liftTextLimit(HWND edit);

@@ -120,6 +120,10 @@ void Dialog::cancelDialogsAbove() {
         (*dialog)->endDialog(IDCANCEL);
 }
 
+bool Dialog::holdsEntriesAnywhere() {
+    return std::ranges::any_of(runningDialogs(), [](const Dialog* dialog) { return dialog->holdsEntries(); });
+}
+
 HWND Dialog::topmostModal() {
     // The last one may still be without its window.
     const auto& dialogs = runningDialogs();
@@ -277,6 +281,21 @@ std::string Dialog::readText(unsigned id) const {
 
 void Dialog::showText(unsigned id, const std::string& text) {
     SetWindowTextA(control(id), text.c_str());
+}
+
+// Keys that nobody has the focus for reach nothing.
+void Dialog::moveFocusFrom(HWND target) {
+    if (target != nullptr && GetFocus() == target) SendMessageA(window_, WM_NEXTDLGCTL, 0, FALSE);
+}
+
+void Dialog::enable(unsigned id, bool enabled) {
+    if (!enabled) moveFocusFrom(control(id));
+    EnableWindow(control(id), enabled);
+}
+
+void Dialog::show(unsigned id, bool shown) {
+    if (!shown) moveFocusFrom(control(id));
+    ShowWindow(control(id), shown ? SW_SHOW : SW_HIDE);
 }
 
 void Dialog::centerOn(HWND owner) {

@@ -37,6 +37,8 @@ class Dialog {
     // The message box or other dialog of Windows' own above it, else topmostModal(). Windows that may go at any time,
     // such as one that says "Please Wait", are passed over: what they own would go with them.
     static HWND topmostWaiting();
+    // A dialog of runModal() is open that holds what the operator entered.
+    static bool holdsEntriesAnywhere();
     // Closes a menu or a dropped-down list that is open, so that it does not stay in front of a dialog. True for a
     // menu: it goes when its message loop has returned, so the dialog must come a moment later.
     static bool closeMenuAndDropDown();
@@ -58,6 +60,8 @@ class Dialog {
     virtual std::optional<LRESULT> onMessage(UINT message, WPARAM wParam, LPARAM lParam);
     // What F1 asks about while this dialog has the keyboard.
     virtual unsigned helpTopic() const { return templateId_; }
+    // Closing it loses what the operator entered.
+    virtual bool holdsEntries() const { return false; }
     // The window is going.
     virtual void onDestroy() {}
     // Sees a message of this dialog's loop before the dialog keys do.
@@ -72,8 +76,9 @@ class Dialog {
     HWND control(unsigned id) const { return GetDlgItem(window_, static_cast<int>(id)); }
     std::string readText(unsigned id) const;
     void showText(unsigned id, const std::string& text);
-    void enable(unsigned id, bool enabled) { EnableWindow(control(id), enabled); }
-    void show(unsigned id, bool shown) { ShowWindow(control(id), shown ? SW_SHOW : SW_HIDE); }
+    // A control that has the keyboard gives it to the next one before it is disabled or hidden.
+    void enable(unsigned id, bool enabled);
+    void show(unsigned id, bool shown);
     void centerOn(HWND owner);
 
     // Dots per inch of the display that the window is on, and a length at 96 DPI in that display's pixels.
@@ -82,6 +87,7 @@ class Dialog {
 
   private:
     bool create(HWND owner);
+    void moveFocusFrom(HWND target);
     void cancelDialogsAbove();
     void askForHelp() const;
     unsigned topicOfActiveWindow() const;

@@ -25,6 +25,12 @@ std::string counted(const StringTable& strings, unsigned id, std::size_t count) 
     return fillIn(strings.text(id), {numberText(strings, count)});
 }
 
+// Behind `text`, which may end with a full stop.
+std::string withReason(const std::string& text, const LinkStatus& link) {
+    if (link.reason.empty()) return text;
+    return text + (text.ends_with('.') ? " " : ". ") + link.reason + ".";
+}
+
 std::string timeText(const LocalTime& time) {
     return formatText("%02d:%02d", time.hour, time.minute);
 }
@@ -47,7 +53,7 @@ std::string eventCountText(const StringTable& strings, std::size_t count) {
 std::string linkText(const StringTable& strings, const LinkStatus& link) {
     switch (link.stage) {
         case LinkStage::kNotConnected:
-            return strings.text(IDS_LINK_NONE);
+            return withReason(strings.text(IDS_LINK_NONE), link);
         case LinkStage::kReceiving:
             return strings.text(IDS_LINK_RECEIVING);
         case LinkStage::kConnected:
@@ -79,9 +85,32 @@ std::string selectionText(const StringTable& strings, const ListCounts& counts) 
     return fillIn(strings.text(IDS_DETAIL_SELECTED), {eventCountText(strings, counts.total), states});
 }
 
+std::string reasonText(const StringTable& strings, const StartResult& failure) {
+    switch (failure.code) {
+        case logon_result::kSuccess:
+            return strings.text(IDS_REASON_NO_RIGHTS);
+        case logon_result::kTimedOut:
+            return strings.text(IDS_REASON_NO_ANSWER);
+        case logon_result::kServerNotFound:
+            return strings.text(IDS_REASON_NOT_FOUND);
+        case logon_result::kInvalid:
+            return strings.text(IDS_REASON_INVALID);
+        case logon_result::kAlreadyLoggedIn:
+            return strings.text(IDS_REASON_IN_USE);
+        case logon_result::kInvalidOrAlreadyLoggedIn:
+            return strings.text(IDS_REASON_INVALID_OR_IN_USE);
+        case logon_result::kIncompatibleVersion:
+            return strings.text(IDS_REASON_INCOMPATIBLE);
+        default:
+            return fillIn(strings.text(IDS_REASON_OTHER), {long{failure.code}});
+    }
+}
+
 std::string bannerText(const StringTable& strings, const LinkStatus& link) {
     if (link.stage != LinkStage::kNotConnected || !link.wasConnected) return {};
-    return fillIn(strings.text(IDS_LINK_BANNER), {link.address, static_cast<long>(link.port), timeText(link.lostAt)});
+    const std::string lost =
+        fillIn(strings.text(IDS_LINK_BANNER), {link.address, static_cast<long>(link.port), timeText(link.lostAt)});
+    return withReason(lost, link);
 }
 
 std::string emptyListText(const StringTable& strings, const LinkStatus& link, const ListCounts& counts,

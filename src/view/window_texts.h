@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "link/server_link.h"
 #include "session/change.h"
 #include "support/clock.h"
 #include "support/string_table.h"
@@ -22,7 +23,8 @@ struct LinkStatus {
     std::string address;        // of the server
     std::int32_t port = 0;
     std::string logonId;
-    LocalTime lostAt;  // while `wasConnected`
+    LocalTime lostAt;         // while `wasConnected`
+    std::string reason = {};  // why the last logon failed, as reasonText() says it; empty when none did
 };
 
 // What is in the list.
@@ -50,6 +52,7 @@ std::string eventCountText(const StringTable& strings, std::size_t count);
 
 // ---- The parts of the status bar
 
+// "Not connected. The server did not answer."
 std::string linkText(const StringTable& strings, const LinkStatus& link);
 // "20 Events, 3 shown, 2 selected"; what is the same as the total, or none, is left out.
 std::string countText(const StringTable& strings, const ListCounts& counts);
@@ -61,6 +64,8 @@ std::string selectionText(const StringTable& strings, const ListCounts& counts);
 
 // ---- Around the list
 
+// Why a logon failed, in a few words without a full stop.
+std::string reasonText(const StringTable& strings, const StartResult& failure);
 // Empty while the link is there, or was left by a logoff.
 std::string bannerText(const StringTable& strings, const LinkStatus& link);
 // What stands in the list's place; empty when there are rows.

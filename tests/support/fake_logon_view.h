@@ -19,9 +19,11 @@ class FakeLogonView final : public LogonView {
     }
     void showError(const std::string& text) override { journal_.add("error " + text); }
     void selectPassword() override { journal_.add("select password"); }
+    bool mayCancel() override { return cancels; }
     void end(bool success) override { journal_.add(success ? "end: logged on" : "end: cancelled"); }
 
     LogonEntry entry;
+    bool cancels = true;
     std::function<void()> onMessages;
 
   private:

@@ -55,6 +55,31 @@ void ConsoleTest::exitConsole() {
     EXPECT_EQ(console_.exitCode(), 0u);
 }
 
+bool ConsoleTest::hasKeyboard(HWND window) {
+    SendMessageA(window, WM_NULL, 0, 0);  // what the console does with its windows now comes first
+    GUITHREADINFO state{};
+    state.cbSize = sizeof state;
+    return GetForegroundWindow() == window && GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &state) &&
+           state.hwndActive == window && GetAncestor(state.hwndFocus, GA_ROOT) == window;
+}
+
+void ConsoleTest::press(HWND window, BYTE key, std::initializer_list<BYTE> held) {
+    ASSERT_TRUE(driver::ConsoleDriver::waitUntil([&] {
+        if (GetForegroundWindow() != window) SetForegroundWindow(window);
+        return hasKeyboard(window);
+    }));
+    pressNow(key, held);
+}
+
+void ConsoleTest::pressNow(BYTE key, std::initializer_list<BYTE> held) {
+    for (const BYTE other : held)
+        keybd_event(other, 0, 0, 0);
+    keybd_event(key, 0, 0, 0);
+    keybd_event(key, 0, KEYEVENTF_KEYUP, 0);
+    for (const BYTE other : held)
+        keybd_event(other, 0, KEYEVENTF_KEYUP, 0);
+}
+
 void ConsoleTest::expectMessage(const std::string& text, const std::string& caption) {
     const HWND box = console_.waitForMessageBox();
     ASSERT_NE(box, nullptr) << text;

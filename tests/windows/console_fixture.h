@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <vector>
@@ -29,6 +30,13 @@ class ConsoleTest : public testing::Test {
     // options ("name=value;…"); firing is off and the installation is the test's own.
     void startConsole(const std::string& options = {}, const std::string& folder = binFolder());
     void exitConsole();
+
+    // A window becomes active before one of its controls gets the focus; a key that comes between is lost.
+    static bool hasKeyboard(HWND window);
+    // Presses a key when this window of the console has the keyboard, with others held down.
+    static void press(HWND window, BYTE key, std::initializer_list<BYTE> held = {});
+    // Presses it now, whoever gets it.
+    static void pressNow(BYTE key, std::initializer_list<BYTE> held = {});
 
     // Waits for a message box with exactly this text and caption, and closes it with OK.
     void expectMessage(const std::string& text, const std::string& caption = "Error");

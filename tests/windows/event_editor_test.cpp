@@ -249,7 +249,15 @@ TEST_F(EventEditorTest, ACancelledLogonEndsTheConsoleUnderEditorAndSubEditor) {
     const HWND logon = console_.logonDialog();
     ASSERT_NE(logon, nullptr);
     EXPECT_EQ(GetWindow(logon, GW_OWNER), subEditor);
-    ConsoleDriver::click(logon, IDCANCEL);
+    for (const int answer : {IDNO, IDYES}) {
+        ConsoleDriver::click(logon, IDCANCEL);
+        const HWND question = console_.waitForMessageBox();
+        ASSERT_NE(question, nullptr);
+        EXPECT_EQ(ConsoleDriver::messageText(question), "Close the console and lose what you entered?");
+        EXPECT_TRUE(IsWindow(editor_) && IsWindow(subEditor));
+        ConsoleDriver::click(question, static_cast<unsigned>(answer));
+        ASSERT_TRUE(console_.waitUntilGone(question));
+    }
     ASSERT_TRUE(console_.waitForEnd());
     EXPECT_EQ(console_.exitCode(), 0u);
     EXPECT_TRUE(std::ranges::none_of(takeCalls(), [](const auto& call) { return call.starts_with("KSSysVarSet"); }));

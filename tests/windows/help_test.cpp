@@ -21,25 +21,6 @@ class HelpTest : public ConsoleTest {
         startConsole({}, folder);
     }
 
-    // A window becomes active before one of its controls gets the focus; a key that comes between is lost.
-    static bool hasKeyboard(HWND window) {
-        SendMessageA(window, WM_NULL, 0, 0);  // what the console does with its windows now comes first
-        GUITHREADINFO state{};
-        state.cbSize = sizeof state;
-        return GetForegroundWindow() == window && GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &state) &&
-               state.hwndActive == window && GetAncestor(state.hwndFocus, GA_ROOT) == window;
-    }
-
-    // Presses a key when this window of the console has the keyboard.
-    static void press(HWND window, BYTE key) {
-        ASSERT_TRUE(ConsoleDriver::waitUntil([&] {
-            if (GetForegroundWindow() != window) SetForegroundWindow(window);
-            return hasKeyboard(window);
-        }));
-        keybd_event(key, 0, 0, 0);
-        keybd_event(key, 0, KEYEVENTF_KEYUP, 0);
-    }
-
     static bool isInMenu(HWND window) {
         GUITHREADINFO state{};
         state.cbSize = sizeof state;

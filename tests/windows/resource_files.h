@@ -5,6 +5,7 @@
 
 #include <commctrl.h>
 
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -43,6 +44,26 @@ class ResourceFile {
     HWND openDialog(unsigned id) const {
         // A page has to have a parent.
         return CreateDialogParamA(module_, MAKEINTRESOURCEA(id), GetDesktopWindow(), nullptr, 0);
+    }
+    // The same with a font of that size: as large as on a display with more dots per inch.
+    HWND openDialog(unsigned id, WORD pointSize) const {
+        const HRSRC found = FindResourceA(module_, MAKEINTRESOURCEA(id), reinterpret_cast<LPCSTR>(RT_DIALOG));
+        if (found == nullptr) return nullptr;
+        const auto* bytes = static_cast<const BYTE*>(LockResource(LoadResource(module_, found)));
+        std::vector<WORD> words(SizeofResource(module_, found) / sizeof(WORD));
+        std::memcpy(words.data(), bytes, words.size() * sizeof(WORD));
+        // An extended template: menu, class and title come first, then the font's size.
+        std::size_t at = 13;
+        for (int text = 0; text < 3; ++text) {
+            if (words[at] == 0xFFFF)
+                at += 2;
+            else
+                while (words[at++] != 0) {
+                }
+        }
+        words[at] = pointSize;
+        return CreateDialogIndirectParamA(module_, reinterpret_cast<const DLGTEMPLATE*>(words.data()),
+                                          GetDesktopWindow(), nullptr, 0);
     }
 
   private:

@@ -1,5 +1,7 @@
 // Every dialog, in every language: controls lie inside it and apart, no text is cut off, no letter is underlined twice.
+#include <algorithm>
 #include <map>
+#include <optional>
 
 #include "windows/resource_files.h"
 
@@ -190,6 +192,121 @@ TEST_P(ResourcesTest, NoLetterIsUnderlinedTwiceInOneDialog) {
             if (shown.dialog == id && classOf(control) == "Button") expectOwn(file_.text(shown.first), control);
         }
         DestroyWindow(dialog);
+    }
+}
+
+// The main window has its menu, and Ctrl+Tab changes tabs. Esc cancels.
+bool hasKeyOfItsOwn(HWND control, const std::wstring& text) {
+    return classOf(control) == WC_TABCONTROLA || GetDlgCtrlID(control) == IDCANCEL || text == L"OK";
+}
+
+bool isLetter(wchar_t c) {
+    return IsCharAlphaNumericW(c) != 0;
+}
+
+// The parts of a time or of an address stand in one row: the letter of the first leads to all.
+bool continuesRow(HWND label, HWND control, HWND before) {
+    if (before == nullptr) return false;
+    const std::wstring text = windowText(label);
+    const bool isSeen = (GetWindowLongA(label, GWL_STYLE) & WS_VISIBLE) != 0;
+    RECT area{};
+    RECT areaBefore{};
+    GetWindowRect(control, &area);
+    GetWindowRect(before, &areaBefore);
+    return (!isSeen || std::ranges::none_of(text, isLetter)) && area.top == areaBefore.top;
+}
+
+TEST_P(ResourcesTest, EveryControlThatTakesInputIsReachedByAnUnderlinedLetter) {
+    constexpr LONG kTakesInput = WS_TABSTOP | WS_VISIBLE;
+    std::size_t count = 0;
+    for (const unsigned id : file_.dialogs()) {
+        if (id == IDD_MAIN) continue;
+        SCOPED_TRACE("dialog " + std::to_string(id));
+        const HWND dialog = file_.openDialog(id);
+        ASSERT_NE(dialog, nullptr);
+        HWND before = nullptr;
+        for (const HWND control : controlsOf(dialog)) {
+            if ((GetWindowLongA(control, GWL_STYLE) & kTakesInput) != kTakesInput) continue;
+            const HWND label = classOf(control) == "Button" ? control : GetWindow(control, GW_HWNDPREV);
+            const std::wstring text = label != nullptr ? windowText(label) : std::wstring();
+            if (hasKeyOfItsOwn(control, text)) continue;
+            ++count;
+            ASSERT_NE(label, nullptr) << GetDlgCtrlID(control);
+            const bool isSeen = (GetWindowLongA(label, GWL_STYLE) & WS_VISIBLE) != 0;
+            EXPECT_TRUE((isSeen && underlinedLetter(text) != 0) || continuesRow(label, control, before))
+                << GetDlgCtrlID(control) << " " << testing::PrintToString(text);
+            before = control;
+        }
+        DestroyWindow(dialog);
+    }
+    EXPECT_GT(count, 60u);
+}
+
+// The middle of the text in a box or drop-down list of one line, in screen coordinates; none for other controls.
+std::optional<int> middleOfText(HWND control) {
+    RECT area{};
+    if (classOf(control) == "ComboBox") {
+        COMBOBOXINFO info{};
+        info.cbSize = sizeof info;
+        if (!GetComboBoxInfo(control, &info)) return std::nullopt;
+        area = info.rcItem;
+    } else if (classOf(control) == "Edit" && (GetWindowLongA(control, GWL_STYLE) & ES_MULTILINE) == 0) {
+        // As high as the line.
+        SendMessageA(control, EM_GETRECT, 0, reinterpret_cast<LPARAM>(&area));
+    } else {
+        return std::nullopt;
+    }
+    MapWindowPoints(control, nullptr, reinterpret_cast<POINT*>(&area), 2);
+    return (area.top + area.bottom) / 2;
+}
+
+// A label's text begins at its top.
+int middleOfLabel(HWND label) {
+    RECT area{};
+    GetWindowRect(label, &area);
+    const HDC context = GetDC(label);
+    const HGDIOBJ before = SelectObject(context, reinterpret_cast<HFONT>(SendMessageA(label, WM_GETFONT, 0, 0)));
+    TEXTMETRICA metrics{};
+    GetTextMetricsA(context, &metrics);
+    SelectObject(context, before);
+    ReleaseDC(label, context);
+    return area.top + metrics.tmHeight / 2;
+}
+
+TEST_P(ResourcesTest, DialogsFitASmallScreenAndLabelsStandOnTheLineOfTheirFields) {
+    // Points of the font, and how much larger everything is: 96, 149 and 192 dots per inch.
+    constexpr struct {
+        WORD points;
+        double scale;
+    } kDisplays[] = {{9, 1}, {14, 14.0 / 9}, {18, 2}};
+    constexpr int kWidth = 960, kHeight = 540;          // of the screen at 96 dots per inch
+    constexpr int kFrameWidth = 16, kFrameHeight = 39;  // of a window of Windows 10
+    for (const auto& [points, scale] : kDisplays) {
+        std::size_t pairs = 0;
+        for (const unsigned id : file_.dialogs()) {
+            if (id == IDD_MAIN) continue;
+            SCOPED_TRACE("dialog " + std::to_string(id) + " at " + std::to_string(points) + " points");
+            const HWND dialog = file_.openDialog(id, points);
+            ASSERT_NE(dialog, nullptr);
+            RECT client{};
+            GetClientRect(dialog, &client);
+            EXPECT_LE(client.right + kFrameWidth * scale, kWidth * scale);
+            EXPECT_LE(client.bottom + kFrameHeight * scale, kHeight * scale);
+            for (const HWND label : controlsOf(dialog)) {
+                const HWND field = GetWindow(label, GW_HWNDNEXT);
+                if (classOf(label) != "Static" || field == nullptr) continue;
+                const auto middle = middleOfText(field);
+                RECT area{}, fieldArea{};
+                GetWindowRect(label, &area);
+                GetWindowRect(field, &fieldArea);
+                const bool isBeside = area.right <= fieldArea.left && (GetWindowLongA(label, GWL_STYLE) & WS_VISIBLE);
+                if (!middle || !isBeside) continue;
+                ++pairs;
+                EXPECT_NEAR(middleOfLabel(label), *middle, 2) << testing::PrintToString(windowText(label));
+            }
+            DestroyWindow(dialog);
+        }
+        EXPECT_GT(pairs, 25u);
     }
 }
 

@@ -87,6 +87,10 @@ TEST_F(LogonSequenceTest, CancelEndsACountdownOrTheDialogButNoAttempt) {
     EXPECT_EQ(attempt(-5), kAttempt + "log: doLogon: #107; " + kRetry) << "what is clicked meanwhile does nothing";
     sequence_.cancel();
     journal_.take();
+    view_.cancels = false;
+    sequence_.cancel();
+    EXPECT_EQ(journal_.take(), "") << "the operator thinks better of it";
+    view_.cancels = true;
     sequence_.cancel();
     EXPECT_EQ(journal_.take(), "end: cancelled");
 }

@@ -75,6 +75,26 @@ class SessionTest : public ::testing::Test {
     Session session_{host_, link_, window_, log_.log, clock_, settings_, shown_.table};
 };
 
+TEST_F(SessionTest, WhyTheLastLogonFailedIsKnownUntilOneSucceeds) {
+    const auto attempt = [&](StartResult result) {
+        link_.startResult = result;
+        host_.logonLink->start({}, "op", "pw");
+        return session_.logonFailure() ? std::optional(session_.logonFailure()->code) : std::nullopt;
+    };
+    host_.onDialog = [&] {
+        EXPECT_EQ(attempt({-30, false}), -30);
+        EXPECT_EQ(attempt({-5, false}), -5) << "while the dialog waits for its next try";
+        EXPECT_EQ(attempt({0, false}), 0) << "a user without administrator rights";
+        EXPECT_EQ(attempt({0, true}), std::nullopt);
+        EXPECT_EQ(attempt({-2, false}), -2);
+    };
+    host_.outcome.success = false;
+    timer(timer::kLogon);
+    EXPECT_TRUE(session_.logonFailure().has_value());
+    session_.logoff();
+    EXPECT_FALSE(session_.logonFailure().has_value());
+}
+
 TEST_F(SessionTest, TimersDoNothingStandAloneNorInsideOneAnother) {
     session_.setConsoleMode(false);
     for (const std::uintptr_t id : {1, 2, 3, 8, 99})

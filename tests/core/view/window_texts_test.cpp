@@ -55,11 +55,26 @@ TEST_F(WindowTextsTest, TheLinkIsNamedAndItsLossIsTold) {
     EXPECT_EQ(linkText(strings, link), strings.text(IDS_LINK_RECEIVING));
     link.stage = LinkStage::kNotConnected;
     EXPECT_EQ(bannerText(strings, link), "Not connected to 10.1.2.3:3010 since 14:02.");
+    strings.texts[IDS_LINK_NONE] = "Not connected";
+    link.reason = "No answer";
+    EXPECT_EQ(bannerText(strings, link), "Not connected to 10.1.2.3:3010 since 14:02. No answer.");
+    EXPECT_EQ(linkText(strings, link), "Not connected. No answer.");
     link.wasConnected = false;  // a logoff
     EXPECT_EQ(bannerText(strings, link), "");
     link.stage = LinkStage::kConnected;
     link.isStandalone = true;
     EXPECT_EQ(linkText(strings, link), strings.text(IDS_LINK_STANDALONE));
+}
+
+TEST_F(WindowTextsTest, EveryFailureOfALogonHasItsReason) {
+    strings.texts[IDS_REASON_OTHER] = "error %d";
+    const std::pair<std::int32_t, std::string> reasons[] = {
+        {-5, strings.text(IDS_REASON_NO_ANSWER)},    {-2, strings.text(IDS_REASON_NOT_FOUND)},
+        {-30, strings.text(IDS_REASON_INVALID)},     {-31, strings.text(IDS_REASON_IN_USE)},
+        {-9, strings.text(IDS_REASON_INCOMPATIBLE)}, {-8, strings.text(IDS_REASON_INVALID_OR_IN_USE)},
+        {0, strings.text(IDS_REASON_NO_RIGHTS)},     {7, "error 7"}};
+    for (const auto& [code, text] : reasons)
+        EXPECT_EQ(reasonText(strings, {code, false}), text);
 }
 
 TEST_F(WindowTextsTest, AnEmptyListSaysWhy) {

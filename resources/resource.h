@@ -422,7 +422,7 @@
 
 // Raised whenever an id, a control or a placeholder changes: a language library of another revision does not fit.
 #define IDS_RESOURCE_REVISION 399
-#define ORVC_RESOURCE_REVISION "5"
+#define ORVC_RESOURCE_REVISION "7"
 
 // Texts of the Event list beyond its first four columns
 #define IDS_COLUMN_TRIGGER 700

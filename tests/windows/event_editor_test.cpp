@@ -319,6 +319,43 @@ TEST_F(EventEditorTest, SubEditorsSaveWhatIsCompleteAndCancelKeepsTheOld) {
     EXPECT_EQ(takeCalls(), Calls()) << "nothing was saved";
 }
 
+TEST_F(EventEditorTest, WhatAFileCannotHoldIsToldBeforeItIsSaved) {
+    logOn();
+    openEditor(IDM_CREATE_EVENT);
+    EventEntry entry = relayEntry();
+    entry.response = "Send Email";
+    entry.destination.clear();
+    driver::enterEvent(console_, editor_, entry);
+    const HWND email = openSubEditor(IDC_EMAIL_FROM);
+    const auto note = [&] { return ConsoleDriver::textOf(email, IDC_EMAIL_NOTE); };
+    for (const unsigned field : {IDC_EMAIL_FROM, IDC_EMAIL_TO, IDC_EMAIL_SUBJECT, IDC_EMAIL_MESSAGE})
+        ConsoleDriver::type(email, field, "plain");
+    EXPECT_EQ(note(), "");
+    ConsoleDriver::type(email, IDC_EMAIL_SUBJECT, "a \"quote\"");
+    EXPECT_FALSE(ConsoleDriver::isEnabled(email, IDOK));
+    EXPECT_EQ(note(), "From, To and Subject cannot hold a double quote (\").");
+    ConsoleDriver::type(email, IDC_EMAIL_SUBJECT, "none");
+    ConsoleDriver::type(email, IDC_EMAIL_MESSAGE, "gr\xFC\xDF");
+    EXPECT_TRUE(ConsoleDriver::isEnabled(email, IDOK));
+    const std::string lost = "These characters cannot be kept: \xFC \xDF";
+    EXPECT_EQ(note(), lost);
+    closeSubEditor(email, IDOK);
+    EXPECT_EQ(ConsoleDriver::textOf(editor_, IDC_EVENT_FOOT), lost);
+    EXPECT_TRUE(IsWindowVisible(GetDlgItem(editor_, IDC_EVENT_FOOT)));
+    EXPECT_TRUE(canSave());
+
+    entry.response = "Send TTS Message";
+    entry.destination = "group: Nurses";
+    driver::enterEvent(console_, editor_, entry);
+    EXPECT_EQ(ConsoleDriver::textOf(editor_, IDC_EVENT_FOOT), "");
+    const HWND text = openSubEditor(IDC_TTS_TEXT);
+    ConsoleDriver::type(text, IDC_TTS_TEXT, "gr\xFC\xDF");
+    EXPECT_EQ(ConsoleDriver::textOf(text, IDC_TTS_NOTE), lost);
+    closeSubEditor(text, IDCANCEL);
+    closeEditor(IDCANCEL);
+    exitConsole();
+}
+
 TEST_F(EventEditorTest, AnEventWhoseReferencesAreGoneTellsEachInTurn) {
     char folder[MAX_PATH] = "";
     GetTempPathA(sizeof folder, folder);

@@ -195,6 +195,7 @@ TEST_F(FaultTest, AboutNamesTheVersionsOfAllParts) {
     EXPECT_EQ(lines,
               L"Orvane VANTE Event Configuration Console Version 1.0.0.0\nOrvane PassThru Interface Version 1.0.1\n"
               L"Orvane PassThru DLL Version 1.0.0.1\n\n");
+    EXPECT_TRUE(ConsoleDriver::textOf(about, IDC_ABOUT_NOTICES).ends_with(": THIRD_PARTY_NOTICES.txt"));
     exitConsole();
 }
 

@@ -169,7 +169,6 @@ void measureOrder(Installation& installation) {
             installation.events.emplace_back(Installation::makeEvent(kEvents + static_cast<std::uint32_t>(i))), true);
         const double reference = sortKeys(makeKeys(installation, column));
         const double ours = measure([&] { table.sortBy({column, column == EventColumnId::kName}); });
-        std::fprintf(stderr, "%s %.2f ms, reference %.2f ms\n", eventColumns()[i].name, ours * 1000, reference * 1000);
         if (ours / reference > worstOurs / worstReference) {
             worstOurs = ours;
             worstReference = reference;

@@ -17,10 +17,12 @@ constexpr DWORD kRetryPause = 20;
 
 }  // namespace
 
-LinkEvents::LinkEvents(const Clock& clock, std::function<bool()> isShown, std::function<void()> show)
+LinkEvents::LinkEvents(const Clock& clock, std::function<bool()> isShown, std::function<void()> show,
+                       std::function<bool()> prepare)
     : clock_(clock),
       isShown_(std::move(isShown)),
       show_(std::move(show)),
+      prepare_(std::move(prepare)),
       poster_(timer::kEventQueue, timer::kEventQueuePeriod) {}
 
 LinkEvents::~LinkEvents() {
@@ -63,7 +65,7 @@ bool LinkEvents::deliverWhenIdle() {
     const bool someRefused = retryRefusedTimers();
     if (session_->hasUndeliveredEvents()) deliver();
     const bool moreToWrite = session_->continueChanges();
-    if (session_->hasUndeliveredEvents() || moreToWrite) return true;
+    if (session_->hasUndeliveredEvents() || moreToWrite || prepare_()) return true;
     // Keep polling: until a refused timer starts, no message may wake the loop.
     if (someRefused) Sleep(kRetryPause);
     return someRefused;

@@ -16,8 +16,10 @@ namespace orvc {
 // for many events. Thread: user-interface thread, but for the poster. Lifetime: what the constructor takes outlives it.
 class LinkEvents {
   public:
-    // `isShown` says whether the list shows what has come; `show` makes it so.
-    LinkEvents(const Clock& clock, std::function<bool()> isShown, std::function<void()> show);
+    // `isShown` says whether the list shows what has come; `show` makes it so. `prepare` does a little that can wait
+    // for idle moments, and returns whether there is more.
+    LinkEvents(const Clock& clock, std::function<bool()> isShown, std::function<void()> show,
+               std::function<bool()> prepare);
     ~LinkEvents();
     LinkEvents(const LinkEvents&) = delete;
     LinkEvents& operator=(const LinkEvents&) = delete;
@@ -46,6 +48,7 @@ class LinkEvents {
     const Clock& clock_;
     std::function<bool()> isShown_;
     std::function<void()> show_;
+    std::function<bool()> prepare_;
     win32::MainWindowPoster poster_;
     HWND window_ = nullptr;
     Session* session_ = nullptr;

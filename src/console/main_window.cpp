@@ -19,6 +19,9 @@
 namespace orvc {
 namespace {
 
+// Events whose texts are made ready to be searched in one idle moment: less than a millisecond's work.
+constexpr std::size_t kTextsPerIdle = 200;
+
 // Passes every keystroke on.
 LRESULT CALLBACK keyboardProcedure(int code, WPARAM wParam, LPARAM lParam) {
     return CallNextHookEx(nullptr, code, wParam, lParam);
@@ -54,7 +57,8 @@ MainWindow::MainWindow(const ConsoleParts& parts)
               list_.refresh();
               workbench_.refresh();
               UpdateWindow(list_.window());
-          }),
+          },
+          [this] { return session_.isReady() && table_.prepareTexts(kTextsPerIdle); }),
       session_(*this, parts.link, events_.poster(), parts.log, parts.clock, parts.settings.values(), table_),
       eventCommands_(parts_, session_, table_, list_, [this](const std::string& text) { workbench_.tell(text); }),
       workbench_({parts_, session_, table_, list_, eventCommands_,

@@ -79,8 +79,7 @@ std::vector<FilterTerm> parseFilter(std::string_view text, const StringTable& st
         if (a.text.size() != b.text.size()) return a.text.size() > b.text.size();
         return std::tie(a.text, a.column) < std::tie(b.text, b.column);
     });
-    const auto repeated = std::ranges::unique(terms);
-    terms.erase(repeated.begin(), repeated.end());
+    terms.erase(std::unique(terms.begin(), terms.end()), terms.end());
     return terms;
 }
 

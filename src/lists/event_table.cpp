@@ -5,7 +5,7 @@
 
 namespace orvc {
 
-EventTable::EventTable(const StringTable& strings, const Clock& clock, SortKeyMaker makeSortKey, TextFolder fold)
+EventTable::EventTable(const StringTable& strings, const Clock& clock, const SortKeyMaker& makeSortKey, TextFolder fold)
     : source_{strings, clock},
       model_([makeSortKey](
                  const EventRecord& record) { return makeSortKey(record.name ? *record.name : std::string_view()); },

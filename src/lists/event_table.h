@@ -34,7 +34,8 @@ namespace orvc {
 // then.
 class EventTable final : public EventListObserver, public ListSource {
   public:
-    EventTable(const StringTable& strings, const Clock& clock, SortKeyMaker makeSortKey, TextFolder fold = foldAscii);
+    EventTable(const StringTable& strings, const Clock& clock, const SortKeyMaker& makeSortKey,
+               TextFolder fold = foldAscii);
     EventTable(const EventTable&) = delete;
     EventTable& operator=(const EventTable&) = delete;
 

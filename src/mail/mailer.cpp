@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <ctime>
 #include <memory>
 #include <random>
@@ -338,7 +337,7 @@ int MailRun::onProgress(void* run, curl_off_t, curl_off_t, curl_off_t, curl_off_
 std::size_t MailRun::onRead(char* buffer, std::size_t size, std::size_t count, void* run) {
     auto* self = static_cast<MailRun*>(run);
     const std::size_t part = std::min(size * count, self->message_.size() - self->sent_);
-    std::memcpy(buffer, self->message_.data() + self->sent_, part);
+    self->message_.copy(buffer, part, self->sent_);
     self->sent_ += part;
     return part;
 }

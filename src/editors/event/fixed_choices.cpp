@@ -20,6 +20,7 @@ std::vector<std::string> listTimeouts(const StringTable& strings) {
 
 std::vector<std::string> listTimeoutValues() {
     std::vector<std::string> texts;
+    texts.reserve(kTimeoutValueCount);
     for (int value = 0; value < kTimeoutValueCount; ++value)
         texts.push_back(std::to_string(value));
     return texts;

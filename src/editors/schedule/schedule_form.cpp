@@ -116,7 +116,7 @@ void ScheduleForm::showDay(int day) {
 }
 
 void ScheduleForm::showPeriod(int period, int begin, int end) {
-    const auto first = static_cast<std::size_t>(2 * period);
+    const auto first = 2 * static_cast<std::size_t>(period);
     times[first] = choiceAt(begin);
     times[first + 1] = choiceAt(end);
     detailEnabled_[first] = detailEnabled_[first + 1] = true;

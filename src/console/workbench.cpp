@@ -51,8 +51,10 @@ void Workbench::attach(HWND window, HMENU menu, int dpi) {
                      std::vector{IDS_FILTER_ALL, IDS_FILTER_AVAILABLE, IDS_FILTER_DISABLED, IDS_FILTER_PROBLEMS}, 0,
                      [&](unsigned id) { return texts.text(id); });
     status_.attach(control(IDC_STATUS_BAR), control(IDC_CANCEL_CHANGES));
-    s_.list.attach(control(IDC_EVENT_LIST), readView(s_.parts.settings.values()),
-                   [this] { SetTimer(window_, timer::kStatus, 0, nullptr); });
+    s_.list.attach(control(IDC_EVENT_LIST), readView(s_.parts.settings.values()), [this] {
+        told_.clear();  // the operator goes on
+        SetTimer(window_, timer::kStatus, 0, nullptr);
+    });
     columnMenus_.attach(menu, texts);
 }
 

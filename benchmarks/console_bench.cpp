@@ -262,7 +262,7 @@ void editor(const std::string& places) {
     runConsoleWith(20, [&](HWND window, HWND list) {
         if (!waitUntil([] { return watch.allThere.load(); }, kPatience, 20)) giveUp("the rows did not come");
         const auto isEditable = [menu = GetMenu(window)] {
-            return (GetMenuState(menu, IDM_MODIFY_EVENT, MF_BYCOMMAND) & MF_GRAYED) == 0;
+            return (GetMenuState(menu, IDM_CREATE_EVENT, MF_BYCOMMAND) & MF_GRAYED) == 0;
         };
         if (!waitUntil(isEditable, kPatience, 20)) giveUp("the Events cannot be edited");
         LVITEMA item{};
